@@ -1,0 +1,142 @@
+#pragma once
+
+#include "schema.h"
+
+#include <QSqlDatabase>
+#include <QString>
+#include <QVariant>
+#include <QVector>
+
+#include <memory>
+
+namespace lavra {
+
+class DatabaseFile;
+
+// A connection to the database file. Several connections to one file share one engine handle,
+// so that a write through one is seen at once by every other and no two lock each other out.
+class Connection {
+public:
+    Connection() = default;
+    explicit Connection(QString path) : m_path(std::move(path)) {}
+    Connection(Connection&&) noexcept;
+    Connection& operator=(Connection&&) noexcept;
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+    ~Connection();
+
+    void open();
+    void open(const QString& path);
+    // Closing a closed connection is an error, as callers are expected to ask first.
+    void close();
+    bool isOpen() const { return m_file != nullptr; }
+    QString path() const { return m_path; }
+
+    // A statement without a result. The Jet form "ALTER TABLE t ALTER c TYPE" is understood.
+    void execute(const QString& sql);
+    void addTextColumn(const QString& table, const QString& column, int width);
+
+    void beginTransaction();
+    void commitTransaction();
+    void rollbackTransaction();
+
+    // For views that the toolkit binds directly; valid while the connection is open.
+    QSqlDatabase database() const;
+    std::shared_ptr<DatabaseFile> file() const { return m_file; }
+
+private:
+    void rollbackOpenWork() noexcept;
+    void alterColumnType(const QString& table, const QString& column, const QString& type);
+
+    QString m_path;
+    std::shared_ptr<DatabaseFile> m_file;
+    int m_transactionDepth = 0;
+};
+
+// Begins a transaction and rolls it back when it goes out of scope without commit().
+class Transaction {
+public:
+    explicit Transaction(Connection& connection);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    void commit();
+
+private:
+    Connection& m_connection;
+    bool m_done = false;
+};
+
+// The result of one statement, entirely in memory. Positions run from "before the first row"
+// to "past the last"; an edited row is written when the cursor moves off it.
+class Cursor {
+public:
+    Cursor() = default;
+    Cursor(Cursor&&) noexcept = default;
+    Cursor& operator=(Cursor&&) noexcept = default;
+    Cursor(const Cursor&) = delete;
+    Cursor& operator=(const Cursor&) = delete;
+    ~Cursor() = default;
+
+    void open(const QString& sql, const Connection& connection);
+    void close();
+    bool isOpen() const { return m_file != nullptr; }
+
+    int recordCount() const { return static_cast<int>(m_rows.size()); }
+    bool atEnd() const { return m_rows.isEmpty() || m_position >= recordCount(); }
+    bool atBeginning() const { return m_position < 0 || m_rows.isEmpty(); }
+    int position() const { return m_position; }
+
+    void moveFirst();
+    void moveNext();
+    void movePrevious();
+    void moveLast();
+
+    int columnCount() const { return static_cast<int>(m_columns.size()); }
+    QString columnName(int ordinal) const;
+    ColumnType columnType(int ordinal) const;
+    int columnIndex(const QString& name) const;
+
+    // Read and write a cell of the current row by ordinal; null stays null.
+    QVariant value(int ordinal) const;
+    void setValue(int ordinal, const QVariant& value);
+
+    // Starts an empty row at the end and makes it current; update() writes it.
+    void addNew();
+    void update();
+    // Deletes the current row at once; the cursor then stands on the row that followed it.
+    void deleteCurrent();
+    bool isEditing() const;
+
+private:
+    struct Column {
+        QString name;
+        ColumnType type = ColumnType::Text;
+    };
+    struct Row {
+        qint64 rowid = -1;
+        QVector<QVariant> values;
+        QVector<bool> changed;
+        bool isNew = false;
+    };
+
+    void requireOpen() const;
+    void requireCurrent() const;
+    void requireUpdatable() const;
+    void saveIfEditing();
+    void moveTo(int position);
+    QVariant fromStorage(const QVariant& stored, ColumnType type) const;
+
+    std::shared_ptr<DatabaseFile> m_file;
+    QString m_table;
+    bool m_updatable = false;
+    QVector<Column> m_columns;
+    QVector<Row> m_rows;
+    int m_position = -1;
+};
+
+// Turns a value into what a column of the given type holds; texts are read under the machine's
+// setting. Throws StoreError when the value does not fit, as the engine would.
+QVariant convertForColumn(const QVariant& value, ColumnType type);
+
+} // namespace lavra

@@ -1,0 +1,164 @@
+#include "database.h"
+
+#include "../app/numbers.h"
+#include "csv.h"
+#include "databasefile.h"
+#include "schema.h"
+#include "storeerror.h"
+
+#include <QCoreApplication>
+#include <QDate>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlError>
+#include <QSqlQuery>
+
+namespace lavra::database {
+
+namespace {
+
+const QStringList kNoteColumns = {QStringLiteral("source"), QStringLiteral("confidence")};
+
+QVariant seedValue(const QString& text, ColumnType type, const QString& where)
+{
+    if (text.isEmpty())
+        return {};
+    bool ok = true;
+    QVariant value;
+    switch (type) {
+    case ColumnType::Text: return text;
+    case ColumnType::Date: {
+        const QDate date = QDate::fromString(text, Qt::ISODate);
+        ok = date.isValid();
+        value = date.toString(Qt::ISODate);
+        break;
+    }
+    case ColumnType::SmallInt:
+    case ColumnType::Long: value = text.toLongLong(&ok); break;
+    case ColumnType::Single: {
+        const float f = text.toFloat(&ok);
+        value = widenShortest(f);
+        break;
+    }
+    case ColumnType::Double:
+    case ColumnType::Currency: value = text.toDouble(&ok); break;
+    }
+    if (!ok)
+        throw StoreError(QStringLiteral("Valor inválido '%1' em %2.").arg(text, where));
+    return value;
+}
+
+void loadTable(Connection& connection, const TableDef& table, const QString& fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        throw StoreError(QStringLiteral("Não foi possível ler o arquivo de dados '%1'.").arg(fileName));
+    const QList<QStringList> records = parseCsv(QString::fromUtf8(file.readAll()));
+    if (records.isEmpty())
+        return;
+
+    // Map each heading to its column; every heading must name a column or a note.
+    const QStringList header = records.first();
+    QList<int> columnOf;
+    QStringList names;
+    for (const QString& heading : header) {
+        int index = -1;
+        for (int c = 0; c < table.columns.size(); ++c) {
+            if (table.columns[c].name == heading.trimmed())
+                index = c;
+        }
+        if (index < 0 && !kNoteColumns.contains(heading.trimmed()))
+            throw StoreError(QStringLiteral("A coluna '%1' do arquivo '%2' não existe na tabela %3.")
+                                 .arg(heading, fileName, table.name));
+        columnOf << index;
+        if (index >= 0)
+            names << quoteIdentifier(table.columns[index].name);
+    }
+
+    QSqlQuery insert(connection.database());
+    insert.prepare(QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                       .arg(quoteIdentifier(table.name), names.join(QStringLiteral(", ")),
+                            QStringList(names.size(), QStringLiteral("?")).join(QStringLiteral(", "))));
+    for (int r = 1; r < records.size(); ++r) {
+        const QStringList& record = records[r];
+        if (record.size() != header.size())
+            throw StoreError(QStringLiteral("A linha %1 do arquivo '%2' tem %3 campos; o cabeçalho tem %4.")
+                                 .arg(r + 1).arg(fileName).arg(record.size()).arg(header.size()));
+        for (int f = 0; f < record.size(); ++f) {
+            if (columnOf[f] >= 0) {
+                const QString where = QStringLiteral("%1, linha %2").arg(fileName).arg(r + 1);
+                insert.addBindValue(seedValue(record[f], table.columns[columnOf[f]].type, where));
+            }
+        }
+        if (!insert.exec())
+            throw StoreError(engineMessage(insert.lastError()));
+    }
+}
+
+} // namespace
+
+QString defaultPath()
+{
+    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("Lavra.db"));
+}
+
+void createSchema(Connection& connection)
+{
+    for (const TableDef& table : schema::tables())
+        connection.execute(schema::createStatement(table));
+    for (const ViewDef& view : schema::views())
+        connection.execute(QStringLiteral("CREATE VIEW %1 AS SELECT * FROM %2")
+                               .arg(quoteIdentifier(view.name), quoteIdentifier(view.table)));
+    connection.execute(QStringLiteral("PRAGMA user_version = %1").arg(schema::kVersion));
+}
+
+void loadStartingRows(Connection& connection, const QString& dataDir)
+{
+    const QDir dir(dataDir);
+    const QStringList files = dir.entryList({QStringLiteral("*.csv")}, QDir::Files, QDir::Name);
+    for (const QString& fileName : files) {
+        const QString tableName = QFileInfo(fileName).completeBaseName();
+        const TableDef* table = schema::findTable(tableName);
+        if (!table)
+            throw StoreError(QStringLiteral("O arquivo de dados '%1' não corresponde a nenhuma tabela.").arg(fileName));
+        loadTable(connection, *table, dir.filePath(fileName));
+    }
+}
+
+int schemaVersion(Connection& connection)
+{
+    QSqlQuery query(connection.database());
+    if (!query.exec(QStringLiteral("PRAGMA user_version")) || !query.next())
+        throw StoreError(engineMessage(query.lastError()));
+    return query.value(0).toInt();
+}
+
+void create(const QString& path, const QString& dataDir)
+{
+    const QString partial = path + QStringLiteral(".novo");
+    QFile::remove(partial);
+    {
+        QFile touch(partial);
+        if (!touch.open(QIODevice::WriteOnly))
+            throw StoreError(QStringLiteral("Não foi possível criar o arquivo '%1': %2").arg(partial, touch.errorString()));
+    }
+    try {
+        Connection connection(partial);
+        connection.open();
+        Transaction transaction(connection);
+        createSchema(connection);
+        loadStartingRows(connection, dataDir);
+        transaction.commit();
+        connection.close();
+    } catch (...) {
+        QFile::remove(partial);
+        throw;
+    }
+    if (!QFile::rename(partial, path)) {
+        QFile::remove(partial);
+        throw StoreError(QStringLiteral("Não foi possível criar o arquivo '%1'.").arg(path));
+    }
+}
+
+} // namespace lavra::database

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "connection.h"
+
+#include <QString>
+
+namespace lavra::database {
+
+// Where the program keeps its data: Lavra.db in the directory of the executable.
+QString defaultPath();
+
+// Makes a complete new database at path: every table and its starting rows, read from the data
+// files in dataDir. The file appears only when all of it is written, so a failure half-way leaves
+// no database behind. Throws StoreError.
+void create(const QString& path, const QString& dataDir = QStringLiteral(":/data"));
+
+// Creates every table and alias of the schema on an open connection.
+void createSchema(Connection& connection);
+
+// Adds the rows of every "<table>.csv" in dataDir; numbers are written with a decimal point.
+// Columns named "source" or "confidence" are notes on the rows, not data, and are passed over.
+void loadStartingRows(Connection& connection, const QString& dataDir);
+
+// The schema version written in the file; 0 for a file made before versions were kept.
+int schemaVersion(Connection& connection);
+
+} // namespace lavra::database

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace lavra {
+
+// Declared kinds of column. The code of each is the one the query tool groups by.
+enum class ColumnType {
+    SmallInt = 2,  // 16-bit integer
+    Long = 3,      // 32-bit integer
+    Single = 4,    // 32-bit float
+    Double = 5,    // 64-bit float
+    Currency = 6,
+    Date = 7,
+    Text = 202,
+};
+
+struct ColumnDef {
+    QString name;
+    ColumnType type = ColumnType::Text;
+    int width = 255;              // text only; 0 means no limit
+    QString defaultValue = {};    // SQL literal, empty for none
+};
+
+struct TableDef {
+    QString name;
+    QList<ColumnDef> columns;
+};
+
+// A read-only alias: the named view shows every row of another table.
+struct ViewDef {
+    QString name;
+    QString table;
+};
+
+namespace schema {
+
+const QList<TableDef>& tables();
+const QList<ViewDef>& views();
+const TableDef* findTable(const QString& name);
+
+// Declared type as written in the database, e.g. "SINGLE" or "TEXT(40)".
+QString declaredType(const ColumnDef& column);
+// Reads a declared type back; unknown names count as text.
+ColumnType typeFromDeclared(const QString& declared);
+
+// "CREATE TABLE ..." for one table.
+QString createStatement(const TableDef& table);
+
+// The schema version kept in the database file; raised with every upgrade step.
+inline constexpr int kVersion = 1;
+
+} // namespace schema
+
+// Quotes an identifier so that accents, blanks, '/' and '$' survive.
+QString quoteIdentifier(const QString& name);
+// Quotes a text as an SQL literal, doubling any quotation mark inside it.
+QString sqlText(const QString& text);
+
+} // namespace lavra

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "connection.h"
+
+#include <QString>
+
+namespace lavra {
+
+// The shared pair every routine uses in turn, the second pair of the report builders, and the
+// statement text that callers set before opening a table.
+class Store {
+public:
+    Store() = default;
+    explicit Store(QString databasePath) : strConn(std::move(databasePath)) {}
+
+    QString strConn;  // stands for the path of the database file
+    QString strSQL;
+    Connection cn;
+    Cursor rs;
+    Connection cnLaudo;
+    Cursor rsLaudo;
+
+    // Drops what cn held and opens a fresh connection.
+    void AbreConexao();
+    // AbreConexao, then a fresh cursor on the statement in rs.
+    void AbreTabela(const QString& sql);
+    // The same on the report pair, on "SELECT * FROM " and the table.
+    void AbreTabelaLaudo(const QString& tabela);
+    // Whether any row of the table holds the text at the column of that ordinal. Uses a pair of
+    // its own, so that it can be called while rs is being walked.
+    bool ExisteValor(const QString& tabela, const QString& valor, int campo) const;
+
+    // Closes rs and cn if they are open: the end of every routine, and of every failed one.
+    void fecha();
+    // Drops both pairs without writing anything: the way out of a failed routine.
+    void descarta() noexcept;
+};
+
+} // namespace lavra

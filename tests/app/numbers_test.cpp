@@ -1,0 +1,44 @@
+#include "app/numbers.h"
+#include "testsupport.h"
+
+#include <gtest/gtest.h>
+
+using namespace lavra;
+
+namespace {
+
+TEST(NumbersTest, WholeNumbersRoundHalfToEven)
+{
+    const std::pair<double, std::int64_t> cases[] = {{0.5, 0}, {1.5, 2}, {2.5, 2}, {3.5, 4},
+                                                     {-0.5, 0}, {-1.5, -2}, {2.51, 3}, {-2.49, -2}};
+    for (const auto& [value, expected] : cases)
+        EXPECT_EQ(roundHalfEven(value), expected) << value;
+}
+
+TEST(NumbersTest, TextIsReadUnderTheMachinesSetting)
+{
+    {
+        test::MachineLocale comma(test::commaLocale());
+        EXPECT_EQ(decimalSymbol(), QLatin1Char(','));
+        EXPECT_EQ(parseNumber(QStringLiteral(" 1.234,5 ")), 1234.5);
+        EXPECT_EQ(parseNumber(QStringLiteral("-2,5e2")), -250.0);
+        EXPECT_FALSE(parseNumber(QStringLiteral("1,5,5")));
+        EXPECT_FALSE(parseNumber(QStringLiteral("1,5e")));
+        EXPECT_EQ(numberText(0.1f), QStringLiteral("0,1"));
+        EXPECT_EQ(variantNumberText(QVariant(10.1f)), QStringLiteral("10,1"));
+    }
+    test::MachineLocale point(test::pointLocale());
+    EXPECT_EQ(decimalSymbol(), QLatin1Char('.'));
+    EXPECT_EQ(parseNumber(QStringLiteral("1,234.5")), 1234.5);
+    EXPECT_FALSE(parseNumber(QString()));
+    EXPECT_FALSE(parseNumber(QStringLiteral("+")));
+}
+
+TEST(NumbersTest, SinglesWidenToTheirShortestDecimalForm)
+{
+    EXPECT_EQ(widenShortest(10.1f), 10.1);
+    EXPECT_EQ(widenShortest(1.0f / 3.0f), 0.33333334);
+    EXPECT_EQ(toSingle(widenShortest(1.0f / 3.0f)), 1.0f / 3.0f);
+}
+
+} // namespace

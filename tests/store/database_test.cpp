@@ -1,0 +1,119 @@
+#include "store/database.h"
+#include "store/schema.h"
+#include "store/store.h"
+#include "store/storeerror.h"
+#include "testsupport.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlQuery>
+#include <gtest/gtest.h>
+
+using namespace lavra;
+
+namespace {
+
+QStringList columnsOf(const test::ScratchDatabase& scratch, const QString& table)
+{
+    Connection connection(scratch.path());
+    connection.open();
+    QSqlQuery query(connection.database());
+    query.exec(QStringLiteral("PRAGMA table_info(%1)").arg(quoteIdentifier(table)));
+    QStringList columns;
+    while (query.next())
+        columns << query.value(1).toString() + QLatin1Char(' ') + query.value(2).toString();
+    return columns;
+}
+
+TEST(DatabaseTest, NewDatabaseHoldsEveryTableInSchemaOrder)
+{
+    test::ScratchDatabase scratch;
+    const QMap<QString, int> counts = {{"Analises", 36}, {"NPK", 12},        {"Calcario", 4},
+                                       {"CotDolar", 1},  {"Empresa", 10},    {"TecResp", 4},
+                                       {"Clientes", 5},  {"RecoForm", 44},   {"RecoFormulac", 62},
+                                       {"RecoFlorest", 31}, {"FLOREST", 35}, {"Graf", 4}};
+    for (auto it = counts.begin(); it != counts.end(); ++it)
+        EXPECT_EQ(columnsOf(scratch, it.key()).size(), it.value()) << it.key().toStdString();
+
+    for (const TableDef& table : schema::tables()) {
+        const QStringList columns = columnsOf(scratch, table.name);
+        ASSERT_EQ(columns.size(), table.columns.size()) << table.name.toStdString();
+        for (int i = 0; i < columns.size(); ++i)
+            EXPECT_EQ(columns[i], table.columns[i].name + QLatin1Char(' ') + schema::declaredType(table.columns[i]));
+    }
+    EXPECT_EQ(columnsOf(scratch, QStringLiteral("Analises")).at(0), QStringLiteral("Código TEXT(255)"));
+    EXPECT_EQ(columnsOf(scratch, QStringLiteral("NPK")).at(8), QStringLiteral("MS TEXT(40)"));
+    EXPECT_EQ(columnsOf(scratch, QStringLiteral("RecoForm")).at(41), QStringLiteral("CustoTotal DOUBLE"));
+}
+
+TEST(DatabaseTest, NewDatabaseHasTheQuotationRowAndAVersion)
+{
+    test::ScratchDatabase scratch;
+    EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT COUNT(*) FROM CotDolar")).toInt(), 1);
+    EXPECT_GT(scratch.scalar(QStringLiteral("SELECT Cotacao FROM CotDolar")).toDouble(), 0.0);
+    EXPECT_EQ(scratch.scalar(QStringLiteral("PRAGMA user_version")).toInt(), schema::kVersion);
+    for (const char* empty : {"Empresa", "TecResp", "Clientes", "Analises", "RecoForm", "RecoFormulac", "RecoFlorest"})
+        EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT COUNT(*) FROM %1").arg(QString::fromLatin1(empty))).toInt(), 0);
+}
+
+TEST(DatabaseTest, MedicinalTablesAnswerUnderEverySuffix)
+{
+    test::ScratchDatabase scratch;
+    scratch.exec(QStringLiteral("INSERT INTO CONDMEDP VALUES ('Camomila', 60, 40, 20)"));
+    Store db(scratch.path());
+    for (const char* suffix : {"", "1", "2"}) {
+        db.AbreTabela(QStringLiteral("SELECT * FROM CONDMEDP%1;").arg(QString::fromLatin1(suffix)));
+        ASSERT_EQ(db.rs.recordCount(), 1);
+        EXPECT_EQ(db.rs.value(1).toFloat(), 60.0f);
+    }
+    db.fecha();
+}
+
+class SeedTest : public ::testing::Test {
+protected:
+    QTemporaryDir dir;
+    QString dataDir() const { return dir.filePath(QStringLiteral("data")); }
+    QString target() const { return dir.filePath(QStringLiteral("Lavra.db")); }
+
+    void writeFile(const QString& name, const QByteArray& content)
+    {
+        QDir().mkpath(dataDir());
+        QFile file(QDir(dataDir()).filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+};
+
+TEST_F(SeedTest, RowsAreLoadedByHeadingWithNotesPassedOver)
+{
+    writeFile(QStringLiteral("Calcario.csv"),
+              "Nome,PRNT,US$/t,R$/t,source,confidence\n"
+              "\"Calcário dolomítico, fino\",75.5,40,220,\"recalled, 2004\",medium\n"
+              "Filler,95,70,385,x,high\n");
+    database::create(target(), dataDir());
+    Store db(target());
+    db.AbreTabela(QStringLiteral("SELECT * FROM Calcario;"));
+    ASSERT_EQ(db.rs.recordCount(), 2);
+    EXPECT_EQ(db.rs.value(0).toString(), QStringLiteral("Calcário dolomítico, fino"));
+    EXPECT_EQ(db.rs.value(1).toFloat(), 75.5f);
+    EXPECT_EQ(db.rs.value(3).toDouble(), 220.0);
+    db.fecha();
+}
+
+TEST_F(SeedTest, AFaultHalfWayLeavesNoDatabaseBehind)
+{
+    writeFile(QStringLiteral("Calcario.csv"), "Nome,PRNT,US$/t,R$/t\nFiller,95,70,385\n");
+    writeFile(QStringLiteral("NPK.csv"), "Fórmula,N\n05-20-20,cinco\n");
+    EXPECT_THROW(database::create(target(), dataDir()), StoreError);
+    EXPECT_FALSE(QFileInfo::exists(target()));
+    EXPECT_FALSE(QFileInfo::exists(target() + QStringLiteral(".novo")));
+}
+
+TEST_F(SeedTest, UnknownTableOrColumnIsRefused)
+{
+    writeFile(QStringLiteral("Calcario.csv"), "Nome,Pureza\nFiller,95\n");
+    EXPECT_THROW(database::create(target(), dataDir()), StoreError);
+    EXPECT_FALSE(QFileInfo::exists(target()));
+}
+
+} // namespace

@@ -1,0 +1,234 @@
+#include "store/database.h"
+#include "store/store.h"
+#include "store/storeerror.h"
+#include "testsupport.h"
+
+#include <QDate>
+#include <gtest/gtest.h>
+
+using namespace lavra;
+
+namespace {
+
+class StoreTest : public ::testing::Test {
+protected:
+    test::ScratchDatabase scratch;
+    Store db{scratch.path()};
+
+    void addClient(const QString& nome, const QVariant& cidade = QStringLiteral("Passo Fundo"))
+    {
+        db.AbreTabela(QStringLiteral("SELECT * FROM Clientes;"));
+        db.rs.addNew();
+        db.rs.setValue(0, nome);
+        db.rs.setValue(2, cidade);
+        db.rs.update();
+        db.fecha();
+    }
+
+    void addFertiliser(const QString& formula, double n, double p, double k, double pk)
+    {
+        scratch.exec(QStringLiteral("INSERT INTO NPK (\"Fórmula\", N, P, K, \"P/K\") VALUES ('%1', %2, %3, %4, %5)")
+                         .arg(formula).arg(n).arg(p).arg(k).arg(pk));
+    }
+};
+
+TEST_F(StoreTest, EmptyResultStandsAtBothEnds)
+{
+    db.AbreTabela(QStringLiteral("SELECT * FROM Clientes;"));
+    EXPECT_EQ(db.rs.recordCount(), 0);
+    EXPECT_TRUE(db.rs.atEnd());
+    EXPECT_TRUE(db.rs.atBeginning());
+    EXPECT_THROW(db.rs.value(0), StoreError);
+    EXPECT_THROW(db.rs.moveNext(), StoreError);
+    db.fecha();
+}
+
+TEST_F(StoreTest, WalkingVisitsEveryRowThenStandsPastTheLast)
+{
+    addClient(QStringLiteral("Ana"));
+    addClient(QStringLiteral("Bruno"));
+    db.AbreTabela(QStringLiteral("SELECT * FROM Clientes ORDER BY Nome"));
+    ASSERT_EQ(db.rs.recordCount(), 2);
+    EXPECT_FALSE(db.rs.atBeginning());
+    EXPECT_EQ(db.rs.value(0).toString(), QStringLiteral("Ana"));
+    db.rs.moveNext();
+    EXPECT_EQ(db.rs.value(0).toString(), QStringLiteral("Bruno"));
+    db.rs.moveNext();
+    EXPECT_TRUE(db.rs.atEnd());
+    db.rs.moveLast();
+    EXPECT_EQ(db.rs.value(0).toString(), QStringLiteral("Bruno"));
+    db.rs.moveFirst();
+    db.rs.movePrevious();
+    EXPECT_TRUE(db.rs.atBeginning());
+    db.fecha();
+}
+
+TEST_F(StoreTest, MovingOffAnEditedRowSavesIt)
+{
+    addClient(QStringLiteral("Ana"));
+    addClient(QStringLiteral("Bruno"));
+    db.AbreTabela(QStringLiteral("SELECT * FROM Clientes ORDER BY Nome"));
+    db.rs.setValue(2, QStringLiteral("Erechim"));
+    db.rs.moveNext();
+    db.rs.setValue(2, QStringLiteral("Vacaria"));
+    db.rs.moveNext();
+    db.fecha();
+
+    EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT Cidade FROM Clientes WHERE Nome = 'Ana'")).toString(),
+              QStringLiteral("Erechim"));
+    EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT Cidade FROM Clientes WHERE Nome = 'Bruno'")).toString(),
+              QStringLiteral("Vacaria"));
+}
+
+TEST_F(StoreTest, DeleteIsWrittenAtOnceAndTheCursorStandsOnTheNextRow)
+{
+    addClient(QStringLiteral("Ana"));
+    addClient(QStringLiteral("Bruno"));
+    db.AbreTabela(QStringLiteral("SELECT * FROM Clientes ORDER BY Nome"));
+    db.rs.deleteCurrent();
+    EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT COUNT(*) FROM Clientes")).toInt(), 1);
+    EXPECT_EQ(db.rs.value(0).toString(), QStringLiteral("Bruno"));
+    db.rs.deleteCurrent();
+    EXPECT_TRUE(db.rs.atEnd());
+    EXPECT_TRUE(db.rs.atBeginning());
+    db.fecha();
+}
+
+TEST_F(StoreTest, ExisteValorOnEmptyTableAndOnRepeatedValues)
+{
+    EXPECT_FALSE(db.ExisteValor(QStringLiteral("Clientes"), QStringLiteral("Ana"), 0));
+    addClient(QStringLiteral("Ana"));
+    addClient(QStringLiteral("Ana"));
+    EXPECT_TRUE(db.ExisteValor(QStringLiteral("Clientes"), QStringLiteral("Ana"), 0));
+    EXPECT_FALSE(db.ExisteValor(QStringLiteral("Clientes"), QStringLiteral("ana"), 0));
+}
+
+TEST_F(StoreTest, ExisteValorLeavesTheSharedCursorAlone)
+{
+    addClient(QStringLiteral("Ana"));
+    addClient(QStringLiteral("Bruno"));
+    db.AbreTabela(QStringLiteral("SELECT * FROM Clientes ORDER BY Nome"));
+    db.rs.moveNext();
+    EXPECT_TRUE(db.ExisteValor(QStringLiteral("Clientes"), QStringLiteral("Ana"), 0));
+    EXPECT_EQ(db.rs.value(0).toString(), QStringLiteral("Bruno"));
+    db.fecha();
+}
+
+TEST_F(StoreTest, NullCellReadsNullAndEqualsNothing)
+{
+    addClient(QStringLiteral("Ana"), QVariant());
+    db.AbreTabela(QStringLiteral("SELECT * FROM Clientes;"));
+    EXPECT_TRUE(db.rs.value(2).isNull());
+    EXPECT_TRUE(db.rs.value(3).isNull());
+    db.fecha();
+    EXPECT_FALSE(db.ExisteValor(QStringLiteral("Clientes"), QString(), 2));
+}
+
+TEST_F(StoreTest, OpeningTwiceWithoutClosingIsHarmless)
+{
+    addClient(QStringLiteral("Ana"));
+    db.AbreTabela(QStringLiteral("SELECT * FROM Clientes;"));
+    db.AbreTabela(QStringLiteral("SELECT * FROM Clientes;"));
+    EXPECT_EQ(db.rs.recordCount(), 1);
+    db.fecha();
+    EXPECT_FALSE(db.cn.isOpen());
+    EXPECT_THROW(db.cn.close(), StoreError);
+}
+
+TEST_F(StoreTest, QuotationMarkInAUserTextKeepsTheStatementWhole)
+{
+    const QString name = QStringLiteral("Fazenda D'Ávila");
+    addClient(name);
+    db.AbreTabela(QStringLiteral("SELECT * FROM Clientes WHERE Nome LIKE ") + sqlText(name) + QStringLiteral(";"));
+    ASSERT_EQ(db.rs.recordCount(), 1);
+    EXPECT_EQ(db.rs.value(0).toString(), name);
+    db.fecha();
+}
+
+TEST_F(StoreTest, StatementFormsOfTheProgram)
+{
+    addFertiliser(QStringLiteral("05-20-20"), 5, 20, 20, 1);
+    addFertiliser(QStringLiteral("Ureia"), 45, 0, 0, 0);
+    addFertiliser(QStringLiteral("00-18-00"), 0, 18, 0, 0);
+    addFertiliser(QStringLiteral("02-20-10"), 2, 20, 10, 2);
+
+    db.AbreTabela(QStringLiteral("SELECT * FROM NPK ORDER BY [P/K];"));
+    db.rs.moveLast();
+    EXPECT_EQ(db.rs.value(0).toString(), QStringLiteral("02-20-10"));
+    db.AbreTabela(QStringLiteral("SELECT * FROM NPK Where P LIKE 0 AND K LIKE 0"));
+    ASSERT_EQ(db.rs.recordCount(), 1);
+    EXPECT_EQ(db.rs.value(0).toString(), QStringLiteral("Ureia"));
+    db.AbreTabela(QStringLiteral("SELECT * FROM NPK ORDER BY N, P, K;"));
+    EXPECT_EQ(db.rs.value(0).toString(), QStringLiteral("00-18-00"));
+
+    scratch.exec(QStringLiteral("INSERT INTO RecoForm (CodAnalise, CodCultivo) VALUES ('A/1/01/01/2020', 'Milho-Primeiro-01/10/2020')"));
+    db.AbreTabela(QStringLiteral("SELECT CodAnalise, CodCultivo FROM RecoForm"));
+    EXPECT_EQ(db.rs.columnCount(), 2);
+    db.AbreTabela(QStringLiteral("SELECT * FROM RecoForm WHERE CodAnalise='A/1/01/01/2020' AND CodCultivo='Milho-Primeiro-01/10/2020';"));
+    EXPECT_EQ(db.rs.recordCount(), 1);
+    db.fecha();
+}
+
+TEST_F(StoreTest, ColumnTypesAreThoseTheQueryToolGroupsBy)
+{
+    db.AbreTabela(QStringLiteral("SELECT * FROM Analises;"));
+    EXPECT_EQ(db.rs.columnName(0), QStringLiteral("Código"));
+    EXPECT_EQ(db.rs.columnName(2), QStringLiteral("Local_"));
+    EXPECT_EQ(db.rs.columnType(0), ColumnType::Text);
+    EXPECT_EQ(db.rs.columnType(5), ColumnType::Date);
+    EXPECT_EQ(db.rs.columnType(6), ColumnType::Single);
+    EXPECT_EQ(db.rs.columnType(21), ColumnType::SmallInt);
+    db.AbreTabela(QStringLiteral("SELECT [R$/t] FROM Calcario;"));
+    EXPECT_EQ(static_cast<int>(db.rs.columnType(0)), 5);
+    db.fecha();
+}
+
+TEST_F(StoreTest, ValuesTakeTheTypeOfTheirColumn)
+{
+    test::MachineLocale comma(test::commaLocale());
+    db.AbreTabela(QStringLiteral("SELECT * FROM Analises;"));
+    db.rs.addNew();
+    db.rs.setValue(0, QStringLiteral("F/G/28/02/2010"));
+    db.rs.setValue(5, QStringLiteral("28/02/2010"));
+    db.rs.setValue(6, QStringLiteral("10,1"));
+    db.rs.setValue(21, 1.5);  // half to even
+    db.rs.setValue(22, 2.5);
+    db.rs.update();
+    EXPECT_EQ(db.rs.value(5).toDate(), QDate(2010, 2, 28));
+    EXPECT_EQ(db.rs.value(6).typeId(), QMetaType::Float);
+    EXPECT_EQ(db.rs.value(6).toFloat(), 10.1f);
+    EXPECT_EQ(db.rs.value(21).toInt(), 2);
+    EXPECT_EQ(db.rs.value(22).toInt(), 2);
+    EXPECT_THROW(db.rs.setValue(5, QStringLiteral("31/02/2010")), StoreError);
+    EXPECT_THROW(db.rs.setValue(6, QStringLiteral("dez")), StoreError);
+    EXPECT_THROW(db.rs.setValue(21, 40000), StoreError);
+    db.fecha();
+    // The file keeps the figure as typed, not the float's binary tail.
+    EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT Area FROM Analises")).toDouble(), 10.1);
+}
+
+TEST_F(StoreTest, UncommittedTransactionLeavesNothing)
+{
+    db.AbreConexao();
+    {
+        Transaction transaction(db.cn);
+        db.rs.open(QStringLiteral("SELECT * FROM Clientes"), db.cn);
+        db.rs.addNew();
+        db.rs.setValue(0, QStringLiteral("Ana"));
+        db.rs.update();
+    }
+    db.fecha();
+    EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT COUNT(*) FROM Clientes")).toInt(), 0);
+}
+
+TEST_F(StoreTest, NewRowTakesTheTableDefaults)
+{
+    db.AbreTabela(QStringLiteral("SELECT * FROM TecResp"));
+    db.rs.addNew();
+    db.rs.setValue(0, QStringLiteral("Maria"));
+    db.rs.update();
+    EXPECT_EQ(db.rs.value(3).toInt(), 0);
+    db.fecha();
+}
+
+} // namespace

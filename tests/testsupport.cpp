@@ -1,0 +1,31 @@
+#include "testsupport.h"
+
+#include "store/database.h"
+#include "store/databasefile.h"
+#include "store/storeerror.h"
+
+#include <QSqlError>
+#include <QSqlQuery>
+
+namespace lavra::test {
+
+ScratchDatabase::ScratchDatabase() : m_path(m_dir.filePath(QStringLiteral("Lavra.db")))
+{
+    database::create(m_path);
+}
+
+void ScratchDatabase::exec(const QString& sql) const
+{
+    DatabaseFile::acquire(m_path)->run(sql);
+}
+
+QVariant ScratchDatabase::scalar(const QString& sql) const
+{
+    auto file = DatabaseFile::acquire(m_path);
+    QSqlQuery query(file->database());
+    if (!query.exec(sql) || !query.next())
+        throw StoreError(engineMessage(query.lastError()));
+    return query.value(0);
+}
+
+} // namespace lavra::test

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "app/numbers.h"
+
+#include <QLocale>
+#include <QString>
+#include <QTemporaryDir>
+
+namespace lavra::test {
+
+// A new database, complete with its starting rows, in a directory of its own.
+class ScratchDatabase {
+public:
+    ScratchDatabase();
+    QString path() const { return m_path; }
+    QString dir() const { return m_dir.path(); }
+    // Runs statements straight on the file, around the store.
+    void exec(const QString& sql) const;
+    QVariant scalar(const QString& sql) const;
+
+private:
+    QTemporaryDir m_dir;
+    QString m_path;
+};
+
+// Sets the machine's regional setting for one test.
+class MachineLocale {
+public:
+    explicit MachineLocale(const QLocale& locale) { setMachineLocale(locale); }
+    ~MachineLocale() { resetMachineLocale(); }
+};
+
+inline QLocale commaLocale() { return QLocale(QLocale::Portuguese, QLocale::Brazil); }
+inline QLocale pointLocale() { return QLocale(QLocale::English, QLocale::UnitedStates); }
+
+} // namespace lavra::test
