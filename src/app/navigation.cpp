@@ -1,0 +1,89 @@
+#include "navigation.h"
+
+#include "store/schema.h"
+#include "store/storeerror.h"
+
+namespace lavra {
+
+namespace {
+
+// Every closing routine lifts the lock while it works and sets it again at the end, so that
+// only the buttons of the chain, through these routines, can close its windows.
+template <typename Predicate>
+void closeWhere(Session& session, WindowHost& host, Predicate shouldClose)
+{
+    session.BloqueiaFechar = false;
+    for (const QString& name : host.openWindows()) {
+        if (shouldClose(name))
+            host.closeWindow(name);
+    }
+    session.BloqueiaFechar = true;
+}
+
+} // namespace
+
+bool FechaJanelas(Session& session, WindowHost& host, bool pergunta)
+{
+    if (pergunta && !host.confirmCancel())
+        return false;
+    closeWhere(session, host, [](const QString& name) { return name != kMainWindow; });
+    return true;
+}
+
+void FechaAposEscolha(Session& session, WindowHost& host)
+{
+    static const QStringList kept = {QStringLiteral("frmCliAn"), QStringLiteral("frmGrupCult"), kMainWindow};
+    closeWhere(session, host, [](const QString& name) { return !kept.contains(name); });
+}
+
+void FechaPlano(Session& session, WindowHost& host)
+{
+    static const QStringList plan = {QStringLiteral("frmNPK"),        QStringLiteral("frmNPKFlorest"),
+                                     QStringLiteral("frmFormulação"), QStringLiteral("frmParcelaN"),
+                                     QStringLiteral("frmParcNitroFlo"), QStringLiteral("frmFinalCalculo")};
+    closeWhere(session, host, [](const QString& name) { return plan.contains(name); });
+}
+
+void FechaJanela(Session& session, WindowHost& host, const QString& nome)
+{
+    closeWhere(session, host, [&nome](const QString& name) { return name == nome; });
+}
+
+void ReabreJanela(Session& session, WindowHost& host, const QString& nome, const QString& acao)
+{
+    if (acao != QLatin1String("reabre"))
+        return;
+    closeWhere(session, host, [&nome](const QString& name) { return name == nome; });
+    host.showWindow(nome);
+}
+
+void CarregaRecomendacao(Session& session, const QString& tabela, const QString& codAnalise,
+                         const QString& codCultivo)
+{
+    Store& db = session.db;
+    try {
+        db.strSQL = QStringLiteral("SELECT * FROM ") + tabela + QStringLiteral(" WHERE CodAnalise=")
+            + sqlText(codAnalise) + QStringLiteral(" AND CodCultivo=") + sqlText(codCultivo) + QStringLiteral(";");
+        db.AbreTabela(db.strSQL);
+        if (db.rs.atEnd())
+            throw StoreError(QStringLiteral("A recomendação '%1' não foi encontrada.").arg(codCultivo));
+        const int columns = std::min(db.rs.columnCount(), Session::kSlots + 1);
+        for (int k = 1; k < columns; ++k)
+            session.Dados[k - 1] = db.rs.value(k);
+        db.fecha();
+    } catch (...) {
+        db.descarta();
+        throw;
+    }
+    session.CodCultivo = session.Dados[0].toString();
+}
+
+void IniciaCalculo(Session& session, WindowHost& host)
+{
+    FechaJanelas(session, host, false);
+    session.ModoEscolha = QStringLiteral("Calcular");
+    session.TipoPlano = QStringLiteral("Fórmulas");
+    session.limpaCalculo();
+}
+
+} // namespace lavra

@@ -1,0 +1,76 @@
+#include "startup.h"
+
+#include "store/database.h"
+
+#include <QFileInfo>
+
+namespace lavra {
+
+void AbreBanco(Session& session, const QString& path)
+{
+    if (!QFileInfo::exists(path))
+        database::create(path);
+    session.db = Store(path);
+}
+
+bool CarregaTecnico(Session& session)
+{
+    Store& db = session.db;
+    try {
+        db.strSQL = QStringLiteral("SELECT * FROM TecResp;");
+        db.AbreTabela(db.strSQL);
+        const bool empty = db.rs.recordCount() == 0;
+        while (!db.rs.atEnd()) {
+            if (db.rs.value(3).toInt() == 1) {
+                session.NomeTec = db.rs.value(0).toString();
+                session.ProfTec = db.rs.value(1).toString();
+                session.CreaTec = db.rs.value(2).toString();
+                break;
+            }
+            db.rs.moveNext();
+        }
+        db.fecha();
+        return empty;
+    } catch (...) {
+        db.descarta();
+        throw;
+    }
+}
+
+bool AtualizaNPK(Store& db)
+{
+    try {
+        db.strSQL = QStringLiteral("SELECT * FROM NPK;");
+        db.AbreTabela(db.strSQL);
+        const int columns = db.rs.columnCount();
+        db.fecha();
+        if (columns >= 10)
+            return false;
+
+        db.AbreConexao();
+        Transaction transaction(db.cn);
+        for (const char* column : {"MS", "EFICN", "EFICP", "EFICK"})
+            db.cn.addTextColumn(QStringLiteral("NPK"), QString::fromLatin1(column), 40);
+
+        db.rs = Cursor();
+        db.rs.open(QStringLiteral("SELECT * FROM NPK;"), db.cn);
+        while (!db.rs.atEnd()) {
+            for (int ordinal = 8; ordinal <= 11; ++ordinal)
+                db.rs.setValue(ordinal, QStringLiteral("---"));
+            db.rs.moveNext();  // moving off the row writes it
+        }
+        db.rs.close();
+
+        db.cn.execute(QStringLiteral("ALTER TABLE NPK ALTER N SINGLE;"));
+        db.cn.execute(QStringLiteral("ALTER TABLE NPK ALTER P SINGLE;"));
+        db.cn.execute(QStringLiteral("ALTER TABLE NPK ALTER K SINGLE;"));
+        transaction.commit();
+        db.cn.close();
+        return true;
+    } catch (...) {
+        db.descarta();
+        throw;
+    }
+}
+
+} // namespace lavra

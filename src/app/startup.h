@@ -1,0 +1,24 @@
+#pragma once
+
+#include "session.h"
+
+namespace lavra {
+
+inline const QString kMsgSemTecnico = QStringLiteral(
+    "Acesse o menu arquivo para fazer o cadastro da empresa e dos técnicos responsáveis pelo laudo ou "
+    "importar os dados da vesão anterior!");
+
+// Makes sure the database exists at path, creating it complete when it is missing, and points
+// the session's store at it. Throws StoreError.
+void AbreBanco(Session& session, const QString& path);
+
+// Reads the signing technician: the first row of TecResp marked 1 fills NomeTec, ProfTec and
+// CreaTec. Returns true when TecResp has no rows at all, which the main window tells the user.
+bool CarregaTecnico(Session& session);
+
+// An NPK of the old eight-column layout gets the dry-matter and efficiency columns, filled with
+// "---", and its nutrients become 32-bit floats. Decided by the column count alone, so it runs
+// once. All of it or nothing is written. Returns whether the table was upgraded.
+bool AtualizaNPK(Store& db);
+
+} // namespace lavra

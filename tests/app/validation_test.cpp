@@ -1,0 +1,103 @@
+#include "app/validation.h"
+#include "testsupport.h"
+
+#include <gtest/gtest.h>
+
+using namespace lavra;
+
+namespace {
+
+struct NumberCase {
+    const char* comma;  // as typed on a machine with a decimal comma
+    bool invalid;
+    bool cleared;
+    int symbolBoxes;
+};
+
+// The same entries on a point machine are the comma entries with the two symbols swapped.
+QString swapped(const char* text)
+{
+    QString s = QString::fromUtf8(text);
+    for (QChar& c : s) {
+        if (c == QLatin1Char(','))
+            c = QLatin1Char('.');
+        else if (c == QLatin1Char('.'))
+            c = QLatin1Char(',');
+    }
+    return s;
+}
+
+class ValidaNumeroTest : public ::testing::TestWithParam<bool> {};
+
+TEST_P(ValidaNumeroTest, OnlyDigitsAndTheMachinesSymbolPass)
+{
+    const bool commaMachine = GetParam();
+    test::MachineLocale locale(commaMachine ? test::commaLocale() : test::pointLocale());
+    const NumberCase cases[] = {
+        {"", false, false, 0},      {"12", false, false, 0},    {"1,5", false, false, 0},
+        {",5", false, false, 0},    {"12a", true, true, 0},     {"1,5,5", true, true, 0},
+        {"-5", true, false, 1},     {"1.5", true, false, 1},    {"-1.5", true, false, 2},
+        {"1,5e3", true, false, 1},  {"1.000,5", true, false, 1}, {"abc", true, true, 0},
+    };
+    for (const NumberCase& c : cases) {
+        const QString text = commaMachine ? QString::fromUtf8(c.comma) : swapped(c.comma);
+        const NumberCheck check = ValidaNumero(text);
+        SCOPED_TRACE(text.toStdString());
+        EXPECT_EQ(check.invalid, c.invalid);
+        EXPECT_EQ(check.clearField, c.cleared);
+        const QStringList expected = (c.cleared ? QStringList{kMsgValorInvalido} : QStringList())
+            + QStringList(c.symbolBoxes, kMsgSimboloDecimal);
+        EXPECT_EQ(check.messages, expected);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Locales, ValidaNumeroTest, ::testing::Bool());
+
+TEST(ValidaDataTest, Boundaries)
+{
+    const std::pair<const char*, bool> cases[] = {
+        {"0101200", false},  {"01012000", true}, {"00102000", false}, {"10002000", false},
+        {"10101899", false}, {"31122100", true}, {"01012101", false}, {"32012000", false},
+        {"01132000", false}, {"31022010", true}, {"01011900", true},  {"ab012000", false},
+    };
+    for (const auto& [digits, accepted] : cases)
+        EXPECT_EQ(ValidaData(QString::fromLatin1(digits)), accepted) << digits;
+}
+
+TEST(AvisaValorElevadoTest, WarnsStrictlyAboveFiveHundred)
+{
+    for (const bool commaMachine : {true, false}) {
+        test::MachineLocale locale(commaMachine ? test::commaLocale() : test::pointLocale());
+        const QString justAbove = commaMachine ? QStringLiteral("500,01") : QStringLiteral("500.01");
+        EXPECT_FALSE(AvisaValorElevado(QStringLiteral("500")));
+        EXPECT_EQ(AvisaValorElevado(justAbove), kMsgValorElevado);
+        EXPECT_EQ(AvisaValorElevado(5000), kMsgValorElevado);
+        EXPECT_FALSE(AvisaValorElevado(QString()));
+        EXPECT_FALSE(AvisaValorElevado(QStringLiteral("muito")));
+    }
+}
+
+TEST(FormataNumeroTest, PatternsUnderBothSymbols)
+{
+    struct Case {
+        QVariant value;
+        int casas;
+        const char* point;
+    };
+    const Case cases[] = {
+        {2.675f, 2, "2.68"},        {0.125, 2, "0.13"},   {1.005, 2, "1.01"},  {1234.5, 0, "1235"},
+        {2.5, 0, "3"},              {-1.25, 1, "-1.3"},   {7, 2, "7.00"},      {0.004, 2, "0.00"},
+        {QStringLiteral("---"), 2, "---"}, {3.14159, 3, ""}, {99.999, 2, "100.00"},
+    };
+    for (const bool commaMachine : {true, false}) {
+        test::MachineLocale locale(commaMachine ? test::commaLocale() : test::pointLocale());
+        for (const Case& c : cases) {
+            const QString expected = commaMachine ? swapped(c.point) : QString::fromUtf8(c.point);
+            EXPECT_EQ(FormataNumero(c.value, c.casas), expected) << c.point;
+        }
+        const QString typed = commaMachine ? QStringLiteral("1,5") : QStringLiteral("1.5");
+        EXPECT_EQ(FormataNumero(typed, 2), commaMachine ? QStringLiteral("1,50") : QStringLiteral("1.50"));
+    }
+}
+
+} // namespace
