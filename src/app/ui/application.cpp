@@ -1,0 +1,74 @@
+#include "application.h"
+
+#include "app/startup.h"
+#include "frmabertura.h"
+#include "frmlavra.h"
+#include "infowindows.h"
+#include "messages.h"
+#include "store/database.h"
+#include "store/storeerror.h"
+
+#include <QApplication>
+#include <QIcon>
+
+namespace lavra::ui {
+
+Aplicacao::Aplicacao(const QString& databasePath)
+{
+    AbreBanco(m_session, databasePath);
+    registraJanelas();
+}
+
+Aplicacao::~Aplicacao()
+{
+    // The windows refer to the session; they go before it does.
+    for (const QString& name : m_windows.openWindows()) {
+        if (QWidget* w = m_windows.window(name))
+            delete w;
+    }
+}
+
+// The one place where every window of the program is made known by its name.
+void Aplicacao::registraJanelas()
+{
+    m_windows.registerWindow(QStringLiteral("frmSobre"), criaFrmSobre);
+    m_windows.registerWindow(QStringLiteral("frmContatos"), criaFrmContatos);
+}
+
+FrmLavra* Aplicacao::mostraJanelaPrincipal()
+{
+    if (!m_main) {
+        m_main = new FrmLavra(m_session, m_windows);
+        m_main->setAttribute(Qt::WA_DeleteOnClose);
+        m_windows.track(m_main);
+    }
+    m_main->show();
+    m_main->iniciar();
+    return m_main;
+}
+
+int executa(int argc, char** argv)
+{
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Lavra"));
+    QApplication::setApplicationVersion(QStringLiteral("2.1"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/art/lavra-icon.svg")));
+
+    std::unique_ptr<Aplicacao> lavra;
+    try {
+        lavra = std::make_unique<Aplicacao>(database::defaultPath());
+    } catch (const StoreError& error) {
+        critico(nullptr, QStringLiteral("Não foi possível abrir o banco de dados %1:\n%2\n\nO programa será encerrado.")
+                             .arg(database::defaultPath(), error.message()));
+        return 1;
+    }
+
+    auto* splash = new FrmAbertura;
+    QObject::connect(splash, &FrmAbertura::terminou, [&lavra]() { lavra->mostraJanelaPrincipal(); });
+    splash->show();
+    const int code = app.exec();
+    lavra.reset();
+    return code;
+}
+
+} // namespace lavra::ui

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "app/session.h"
+#include "frmlavra.h"
+#include "windowregistry.h"
+
+#include <QPointer>
+
+#include <memory>
+
+namespace lavra::ui {
+
+// The running program: its session, its windows and the main window. Tests build one on a
+// scratch database to drive the real windows.
+class Aplicacao {
+public:
+    // Opens the database at path, creating it complete when missing. Throws StoreError.
+    explicit Aplicacao(const QString& databasePath);
+    ~Aplicacao();
+    Aplicacao(const Aplicacao&) = delete;
+    Aplicacao& operator=(const Aplicacao&) = delete;
+
+    Session& session() { return m_session; }
+    WindowRegistry& windows() { return m_windows; }
+
+    // Builds and shows the main window and runs its start; returns it.
+    FrmLavra* mostraJanelaPrincipal();
+    FrmLavra* janelaPrincipal() const { return m_main; }
+
+private:
+    void registraJanelas();
+
+    Session m_session;
+    WindowRegistry m_windows;
+    QPointer<FrmLavra> m_main;
+};
+
+// The program: splash, then the main window on Lavra.db beside the executable.
+int executa(int argc, char** argv);
+
+} // namespace lavra::ui

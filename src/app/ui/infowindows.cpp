@@ -1,0 +1,79 @@
+#include "infowindows.h"
+
+#include "links.h"
+
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSvgWidget>
+#include <QVBoxLayout>
+
+namespace lavra::ui {
+
+QWidget* criaFrmSobre()
+{
+    auto* window = new QWidget(nullptr, Qt::Dialog);
+    window->setWindowTitle(QStringLiteral("Sobre o Lavra"));
+    auto* layout = new QVBoxLayout(window);
+
+    auto* top = new QHBoxLayout;
+    auto* icon = new QSvgWidget(QStringLiteral(":/art/lavra-icon.svg"), window);
+    icon->setFixedSize(72, 72);
+    top->addWidget(icon, 0, Qt::AlignTop);
+    auto* text = new QLabel(window);
+    text->setObjectName(QStringLiteral("lblSobre"));
+    text->setTextFormat(Qt::RichText);
+    text->setWordWrap(true);
+    text->setText(QStringLiteral(
+        "<h2 style='color:#2f6420'>LAVRA 2.1</h2>"
+        "<p><b>Calagem e adubação</b> — versão 2.1</p>"
+        "<p>Programa para o cálculo de recomendações de calagem e adubação a partir da análise de solo, "
+        "seguindo o Manual de Adubação e de Calagem para os Estados do Rio Grande do Sul e Santa "
+        "Catarina. Interpreta as análises, calcula a necessidade de corretivo e de nitrogênio, fósforo "
+        "e potássio de cada cultura, transforma-a em produtos comerciais com seus custos e emite o laudo "
+        "de recomendação.</p>"));
+    top->addWidget(text, 1);
+    layout->addLayout(top);
+
+    auto* fechar = new QPushButton(QStringLiteral("Fechar"), window);
+    fechar->setObjectName(QStringLiteral("Command1"));
+    fechar->setDefault(true);
+    QObject::connect(fechar, &QPushButton::clicked, window, &QWidget::close);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(fechar);
+    layout->addLayout(buttons);
+    window->resize(460, 240);
+    return window;
+}
+
+QWidget* criaFrmContatos()
+{
+    auto* window = new QWidget(nullptr, Qt::Dialog);
+    window->setWindowTitle(QStringLiteral("Contatos"));
+    auto* layout = new QVBoxLayout(window);
+    auto* text = new QPlainTextEdit(window);
+    text->setObjectName(QStringLiteral("txtContatos"));
+    text->setReadOnly(true);
+    text->setPlainText(QStringLiteral("LAVRA 2.1 - Calagem e adubação\n\n"
+                                      "Página na internet: %1\n"
+                                      "Atualizações: %2\n"
+                                      "E-mail: %3\n\n"
+                                      "Envie suas dúvidas, sugestões e relatos de erro pelo e-mail acima, "
+                                      "informando a versão do programa.")
+                           .arg(kPaginaPrincipal, kPaginaAtualizacao, kEmailContato));
+    layout->addWidget(text);
+    auto* fechar = new QPushButton(QStringLiteral("Fechar"), window);
+    fechar->setObjectName(QStringLiteral("cmdFechar"));
+    QObject::connect(fechar, &QPushButton::clicked, window, &QWidget::close);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(fechar);
+    layout->addLayout(buttons);
+    window->resize(440, 220);
+    return window;
+}
+
+} // namespace lavra::ui

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QMessageBox>
+#include <QString>
+
+#include <functional>
+
+class QWidget;
+
+namespace lavra {
+class StoreError;
+}
+
+namespace lavra::ui {
+
+inline const QString kTitulo = QStringLiteral("Lavra 2.1");
+
+enum class Icone { Nenhum, Exclamacao, Critico, Pergunta, Informacao };
+
+struct Mensagem {
+    Icone icone = Icone::Nenhum;
+    QString texto;
+    QMessageBox::StandardButtons botoes = QMessageBox::Ok;
+};
+
+// Every box of the program goes through here, with the program's title. Tests install a
+// responder that answers in place of the user; without one the box is shown.
+using Responder = std::function<QMessageBox::StandardButton(const Mensagem&)>;
+void setResponder(Responder responder);
+
+QMessageBox::StandardButton mostra(QWidget* parent, const Mensagem& mensagem);
+
+// A refusal: exclamation, OK.
+void aviso(QWidget* parent, const QString& texto);
+// A refusal that protects linked data: critical, OK.
+void critico(QWidget* parent, const QString& texto);
+// A plain notice: information, OK.
+void informacao(QWidget* parent, const QString& texto);
+// A box with no icon, OK.
+void simples(QWidget* parent, const QString& texto);
+// Before deleting: exclamation, Yes and No. True for Yes.
+bool confirma(QWidget* parent, const QString& texto);
+// Before cancelling: question, Yes and No. True for Yes.
+bool pergunta(QWidget* parent, const QString& texto);
+// A failure of the database: critical, with the engine's own words.
+void erroBanco(QWidget* parent, const StoreError& error);
+
+} // namespace lavra::ui

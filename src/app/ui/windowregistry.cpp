@@ -1,0 +1,82 @@
+#include "windowregistry.h"
+
+#include "messages.h"
+
+namespace lavra::ui {
+
+void WindowRegistry::registerWindow(const QString& name, Factory factory, Modo modo)
+{
+    m_factories.insert(name, {std::move(factory), modo});
+}
+
+void WindowRegistry::track(QWidget* window)
+{
+    if (!window || m_open.contains(window))
+        return;
+    m_open.append(window);
+    connect(window, &QObject::destroyed, this, [this]() {
+        m_open.removeIf([](const QPointer<QWidget>& w) { return w.isNull(); });
+    });
+}
+
+QWidget* WindowRegistry::window(const QString& name) const
+{
+    for (const QPointer<QWidget>& w : m_open) {
+        if (w && w->objectName() == name)
+            return w;
+    }
+    return nullptr;
+}
+
+QWidget* WindowRegistry::show(const QString& name)
+{
+    QWidget* w = window(name);
+    const auto entry = m_factories.constFind(name);
+    if (!w) {
+        if (entry == m_factories.constEnd())
+            return nullptr;
+        w = entry->factory();
+        w->setObjectName(name);
+        // Closing a window loses what it held.
+        w->setAttribute(Qt::WA_DeleteOnClose);
+        track(w);
+    }
+    if (entry != m_factories.constEnd() && entry->modo == Modo::Modal)
+        w->setWindowModality(Qt::ApplicationModal);
+    w->show();
+    w->raise();
+    w->activateWindow();
+    return w;
+}
+
+void WindowRegistry::hide(const QString& name)
+{
+    if (QWidget* w = window(name))
+        w->hide();
+}
+
+QStringList WindowRegistry::openWindows() const
+{
+    QStringList names;
+    for (const QPointer<QWidget>& w : m_open) {
+        if (w)
+            names << w->objectName();
+    }
+    return names;
+}
+
+void WindowRegistry::closeWindow(const QString& name)
+{
+    if (QWidget* w = window(name)) {
+        // A window that refused to close stays tracked; one that closed is deleted later.
+        if (w->close())
+            m_open.removeAll(w);
+    }
+}
+
+bool WindowRegistry::confirmCancel()
+{
+    return pergunta(nullptr, QStringLiteral("Está certo que quer cancelar?"));
+}
+
+} // namespace lavra::ui

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "app/navigation.h"
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+#include <functional>
+
+namespace lavra::ui {
+
+enum class Modo { NaoModal, Modal };
+
+// The windows of the program by name. A window is built the first time it is shown, stays with
+// all it holds while hidden, and is gone once closed, so that the next show starts afresh.
+class WindowRegistry final : public QObject, public WindowHost {
+    Q_OBJECT
+
+public:
+    using Factory = std::function<QWidget*()>;
+
+    void registerWindow(const QString& name, Factory factory, Modo modo = Modo::NaoModal);
+    bool isRegistered(const QString& name) const { return m_factories.contains(name); }
+
+    // Keeps track of a window built elsewhere, such as the main window.
+    void track(QWidget* window);
+    QWidget* window(const QString& name) const;
+
+    // Builds the window if needed and shows it in its registered way; null if unknown.
+    QWidget* show(const QString& name);
+    // Hides a window of the chain; it keeps its entries.
+    void hide(const QString& name);
+
+    QStringList openWindows() const override;
+    void closeWindow(const QString& name) override;
+    void showWindow(const QString& name) override { show(name); }
+    bool confirmCancel() override;
+
+private:
+    struct Entry {
+        Factory factory;
+        Modo modo = Modo::NaoModal;
+    };
+    QHash<QString, Entry> m_factories;
+    QList<QPointer<QWidget>> m_open;
+};
+
+} // namespace lavra::ui

@@ -1,0 +1,159 @@
+#include "app/navigation.h"
+#include "app/ui/application.h"
+#include "app/ui/chainwindow.h"
+#include "app/ui/frmlavra.h"
+#include "app/ui/messages.h"
+#include "store/databasefile.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QFileInfo>
+#include <QLabel>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace lavra;
+using namespace lavra::ui;
+
+// Drives the real main window on a scratch database; message boxes are answered here.
+class MainWindowTest : public QObject {
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_dir;
+    QList<Mensagem> m_boxes;
+    QMessageBox::StandardButton m_answer = QMessageBox::Yes;
+
+    QString freshPath()
+    {
+        static int n = 0;
+        return m_dir.filePath(QStringLiteral("Lavra%1.db").arg(++n));
+    }
+
+    template <typename T>
+    static T* child(QWidget* window, const QString& name)
+    {
+        T* found = window->findChild<T*>(name);
+        if (!found)
+            qWarning() << "missing" << name;
+        return found;
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_boxes.clear();
+        m_answer = QMessageBox::Yes;
+        setResponder([this](const Mensagem& m) {
+            m_boxes << m;
+            return m.botoes.testFlag(QMessageBox::Yes) ? m_answer : QMessageBox::Ok;
+        });
+    }
+
+    void cleanup() { setResponder({}); }
+
+    void missingDatabaseIsCreatedAndEmptyTecRespIsToldOnce()
+    {
+        const QString path = freshPath();
+        QVERIFY(!QFileInfo::exists(path));
+        Aplicacao app(path);
+        QVERIFY(QFileInfo::exists(path));
+        FrmLavra* main = app.mostraJanelaPrincipal();
+        QCOMPARE(main->objectName(), QStringLiteral("frmLavra"));
+        QCOMPARE(main->windowTitle(), QStringLiteral("LAVRA - Calagem e Adubação"));
+
+        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(m_boxes[0].icone, Icone::Informacao);
+        QVERIFY(m_boxes[0].texto.contains(QStringLiteral("importar os dados da vesão anterior!")));
+        QCOMPARE(child<QLabel>(main, QStringLiteral("lblNomeProf"))->text(), QString());
+        QCOMPARE(child<QLabel>(main, QStringLiteral("lblProf"))->text(), QString());
+        QCOMPARE(child<QLabel>(main, QStringLiteral("lblCrea"))->text(), QStringLiteral("CREA: "));
+    }
+
+    void signingTechnicianReachesTheLabels()
+    {
+        const QString path = freshPath();
+        Aplicacao app(path);
+        DatabaseFile::acquire(path)->run(QStringLiteral(
+            "INSERT INTO TecResp VALUES ('Ana Souza', 'Engenheira Agrônoma', '12345-D', 1)"));
+        FrmLavra* main = app.mostraJanelaPrincipal();
+        QVERIFY(m_boxes.isEmpty());
+        QCOMPARE(child<QLabel>(main, QStringLiteral("lblNomeProf"))->text(), QStringLiteral("Ana Souza"));
+        QCOMPARE(child<QLabel>(main, QStringLiteral("lblProf"))->text(), QStringLiteral("Engenheira Agrônoma"));
+        QCOMPARE(child<QLabel>(main, QStringLiteral("lblCrea"))->text(), QStringLiteral("CREA: 12345-D"));
+
+        // Another window changes the technician; the main window shows it when active again.
+        app.session().NomeTec = QStringLiteral("Bruno Lima");
+        main->atualizaTecnico();
+        QCOMPARE(child<QLabel>(main, QStringLiteral("lblNomeProf"))->text(), QStringLiteral("Bruno Lima"));
+    }
+
+    void commandsAndMenusCarryTheirNamesAndCaptions()
+    {
+        Aplicacao app(freshPath());
+        FrmLavra* main = app.mostraJanelaPrincipal();
+        const QList<std::pair<QString, QString>> buttons = {
+            {"cmdCalc", "Calcular Recomendação"}, {"Análise", "Análises"},     {"cmdCliente", "Clientes"},
+            {"cmdFert", "Fertilizantes"},         {"cadCalcario", "Corretivos"}, {"Command3", "Cotação do dolar"},
+            {"cmdLaudo", "Laudo"},                {"Command4", "Consultas"},   {"Command5", "Análise gráfica"},
+            {"cmdFertig", "Atualização"},         {"cmdTroca", "Alterar"}};
+        for (const auto& [name, caption] : buttons) {
+            auto* button = child<QPushButton>(main, name);
+            QVERIFY2(button, qPrintable(name));
+            QCOMPARE(button->text(), caption);
+        }
+        const QList<std::pair<QString, QString>> actions = {
+            {"mnuCadEmp", "Cadastro da empresa"}, {"mnuRespTec", "Responsáveis técnicos"},
+            {"Importa", "Importar análises de solo"}, {"mnuImport", "Importar dados do Lavra QRT"},
+            {"mnusai", "Sair"}, {"mnuCalc", "Calculadora"}, {"convert", "Conversor de unidades"},
+            {"mnuCopyBb", "Fazer cópia do banco de dados"}, {"mnuAjud", "Ajuda do Lavra"},
+            {"artigoQRT", "Artigo do Lavra QRT"}, {"artigo2_0", "Artigo do Lavra 2.0"},
+            {"mnuSob", "Sobre o Lavra"}, {"mnuContato", "Contatos"}};
+        for (const auto& [name, caption] : actions) {
+            auto* action = child<QAction>(main, name);
+            QVERIFY2(action, qPrintable(name));
+            QCOMPARE(action->text(), caption);
+        }
+        QVERIFY(child<QLabel>(main, QStringLiteral("lblCad")));
+
+        child<QAction>(main, QStringLiteral("mnuSob"))->trigger();
+        QWidget* sobre = app.windows().window(QStringLiteral("frmSobre"));
+        QVERIFY(sobre && sobre->isVisible());
+        child<QPushButton>(sobre, QStringLiteral("Command1"))->click();
+        QTRY_VERIFY(!app.windows().window(QStringLiteral("frmSobre")));
+    }
+
+    void lockRefusesTheCloseBoxUntilAClosingRoutineRuns()
+    {
+        Aplicacao app(freshPath());
+        app.mostraJanelaPrincipal();
+        auto* chain = new ChainWindow(app.session(), app.windows());
+        chain->setObjectName(QStringLiteral("frmGrupCult"));
+        chain->setAttribute(Qt::WA_DeleteOnClose);
+        app.windows().track(chain);
+        chain->show();
+
+        app.session().BloqueiaFechar = true;
+        QVERIFY(!chain->close());
+        QVERIFY(chain->isVisible());
+
+        // A hidden window keeps its place until a routine closes it.
+        chain->hide();
+        QVERIFY(app.windows().openWindows().contains(QStringLiteral("frmGrupCult")));
+
+        m_answer = QMessageBox::No;
+        QVERIFY(!FechaJanelas(app.session(), app.windows(), true));
+        QVERIFY(app.windows().window(QStringLiteral("frmGrupCult")));
+        QCOMPARE(m_boxes.last().icone, Icone::Pergunta);
+        QCOMPARE(m_boxes.last().texto, QStringLiteral("Está certo que quer cancelar?"));
+
+        m_answer = QMessageBox::Yes;
+        QVERIFY(FechaJanelas(app.session(), app.windows(), true));
+        QCOMPARE(app.windows().openWindows(), QStringList{QStringLiteral("frmLavra")});
+        QVERIFY(app.session().BloqueiaFechar);
+    }
+};
+
+QTEST_MAIN(MainWindowTest)
+#include "mainwindow_test.moc"
