@@ -1,6 +1,7 @@
 #include "app/navigation.h"
 #include "app/ui/application.h"
 #include "app/ui/chainwindow.h"
+#include "app/ui/frmabertura.h"
 #include "app/ui/frmlavra.h"
 #include "app/ui/messages.h"
 #include "store/databasefile.h"
@@ -122,6 +123,56 @@ private Q_SLOTS:
         QVERIFY(sobre && sobre->isVisible());
         child<QPushButton>(sobre, QStringLiteral("Command1"))->click();
         QTRY_VERIFY(!app.windows().window(QStringLiteral("frmSobre")));
+    }
+
+    void calcularClosesTheOpenChainAndStartsAFreshSession()
+    {
+        Aplicacao app(freshPath());
+        app.windows().registerWindow(QStringLiteral("frmCliAn"), [&app]() {
+            return new ChainWindow(app.session(), app.windows());
+        });
+        FrmLavra* main = app.mostraJanelaPrincipal();
+        m_boxes.clear();
+
+        auto* earlier = new ChainWindow(app.session(), app.windows());
+        earlier->setObjectName(QStringLiteral("frmCalagem"));
+        earlier->setAttribute(Qt::WA_DeleteOnClose);
+        app.windows().track(earlier);
+        earlier->show();
+        app.session().BloqueiaFechar = true;
+        app.session().Dados[8] = 2.5f;
+        app.session().CustoCalcario = 300;
+
+        auto* calc = child<QPushButton>(main, QStringLiteral("cmdCalc"));
+        QVERIFY(calc->isEnabled());
+        calc->click();
+        QVERIFY(m_boxes.isEmpty());
+        QCOMPARE(app.windows().openWindows(), (QStringList{"frmLavra", "frmCliAn"}));
+        QVERIFY(app.windows().window(QStringLiteral("frmCliAn"))->isVisible());
+        QCOMPARE(app.session().Dados[8].toInt(), 0);
+        QCOMPARE(app.session().CustoCalcario, 0.0);
+        QCOMPARE(app.session().ModoEscolha, QStringLiteral("Calcular"));
+
+        // Closing the main window closes every other window without asking.
+        main->close();
+        QVERIFY(m_boxes.isEmpty());
+        QTRY_VERIFY(app.windows().openWindows().isEmpty());
+    }
+
+    void splashHandsOverAfterFiveSeconds()
+    {
+        auto* splash = new FrmAbertura;
+        QPointer<FrmAbertura> alive(splash);
+        QCOMPARE(splash->timer()->objectName(), QStringLiteral("Timer1"));
+        QCOMPARE(splash->timer()->interval(), 5000);
+        QCOMPARE(child<QLabel>(splash, QStringLiteral("lblTitulo"))->text(), QStringLiteral("LAVRA 2.1"));
+        QCOMPARE(child<QLabel>(splash, QStringLiteral("lblSubtitulo"))->text(), QStringLiteral("Calagem e adubação"));
+        QSignalSpy done(splash, &FrmAbertura::terminou);
+        splash->show();
+        splash->timer()->setInterval(10);
+        splash->timer()->start();
+        QTRY_COMPARE(done.count(), 1);
+        QTRY_VERIFY(alive.isNull());
     }
 
     void lockRefusesTheCloseBoxUntilAClosingRoutineRuns()

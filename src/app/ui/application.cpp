@@ -10,8 +10,18 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QScreen>
 
 namespace lavra::ui {
+
+void centraliza(QWidget* window)
+{
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        QRect frame = window->frameGeometry();
+        frame.moveCenter(screen->availableGeometry().center());
+        window->move(frame.topLeft());
+    }
+}
 
 Aplicacao::Aplicacao(const QString& databasePath)
 {
@@ -42,6 +52,7 @@ FrmLavra* Aplicacao::mostraJanelaPrincipal()
         m_main->setAttribute(Qt::WA_DeleteOnClose);
         m_windows.track(m_main);
     }
+    centraliza(m_main);
     m_main->show();
     m_main->iniciar();
     return m_main;
@@ -64,6 +75,7 @@ int executa(int argc, char** argv)
     }
 
     auto* splash = new FrmAbertura;
+    centraliza(splash);
     QObject::connect(splash, &FrmAbertura::terminou, [&lavra]() { lavra->mostraJanelaPrincipal(); });
     splash->show();
     const int code = app.exec();

@@ -47,6 +47,7 @@ FrmAbertura::FrmAbertura(QWidget* parent) : QWidget(parent, Qt::SplashScreen | Q
         close();
     });
     m_timer.start();
+    adjustSize();
 }
 
 } // namespace lavra::ui

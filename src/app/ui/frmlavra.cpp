@@ -19,6 +19,7 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QStandardPaths>
+#include <QSvgRenderer>
 #include <QSvgWidget>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -98,9 +99,10 @@ FrmLavra::FrmLavra(Session& session, WindowRegistry& windows, QWidget* parent)
 
     auto* banner = new QSvgWidget(QStringLiteral(":/art/lavra.svg"), central);
     banner->setObjectName(QStringLiteral("Picture1"));
-    banner->setFixedHeight(150);
-    banner->setMinimumWidth(400);
-    layout->addWidget(banner);
+    // The landscape without most of its sky, at its own proportions.
+    banner->renderer()->setViewBox(QRectF(0, 75, 640, 140));
+    banner->setFixedSize(800, 175);
+    layout->addWidget(banner, 0, Qt::AlignHCenter);
 
     auto* middle = new QHBoxLayout;
     middle->addWidget(criaComandos(), 3);
@@ -142,7 +144,8 @@ FrmLavra::FrmLavra(Session& session, WindowRegistry& windows, QWidget* parent)
 
     setCentralWidget(central);
     criaMenus();
-    resize(820, 640);
+    atualizaTecnico();
+    resize(820, 700);
 }
 
 QWidget* FrmLavra::criaComandos()
