@@ -41,6 +41,17 @@ private:
         return found;
     }
 
+    // A window of the chain as the later steps will open it.
+    static ChainWindow* openChainWindow(Aplicacao& app, const QString& name)
+    {
+        auto* window = new ChainWindow(app.session(), app.windows());
+        window->setObjectName(name);
+        window->setAttribute(Qt::WA_DeleteOnClose);
+        app.windows().track(window);
+        window->show();
+        return window;
+    }
+
 private Q_SLOTS:
     void init()
     {
@@ -134,11 +145,7 @@ private Q_SLOTS:
         FrmLavra* main = app.mostraJanelaPrincipal();
         m_boxes.clear();
 
-        auto* earlier = new ChainWindow(app.session(), app.windows());
-        earlier->setObjectName(QStringLiteral("frmCalagem"));
-        earlier->setAttribute(Qt::WA_DeleteOnClose);
-        app.windows().track(earlier);
-        earlier->show();
+        openChainWindow(app, QStringLiteral("frmCalagem"));
         app.session().BloqueiaFechar = true;
         app.session().Dados[8] = 2.5f;
         app.session().CustoCalcario = 300;
@@ -179,11 +186,7 @@ private Q_SLOTS:
     {
         Aplicacao app(freshPath());
         app.mostraJanelaPrincipal();
-        auto* chain = new ChainWindow(app.session(), app.windows());
-        chain->setObjectName(QStringLiteral("frmGrupCult"));
-        chain->setAttribute(Qt::WA_DeleteOnClose);
-        app.windows().track(chain);
-        chain->show();
+        ChainWindow* chain = openChainWindow(app, QStringLiteral("frmGrupCult"));
 
         app.session().BloqueiaFechar = true;
         QVERIFY(!chain->close());

@@ -12,6 +12,23 @@
 
 namespace lavra::ui {
 
+namespace {
+
+// A "Fechar" button at the bottom right.
+void adicionaFechar(QWidget* window, QVBoxLayout* layout, const QString& name)
+{
+    auto* fechar = new QPushButton(QStringLiteral("Fechar"), window);
+    fechar->setObjectName(name);
+    fechar->setDefault(true);
+    QObject::connect(fechar, &QPushButton::clicked, window, &QWidget::close);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(fechar);
+    layout->addLayout(buttons);
+}
+
+} // namespace
+
 QWidget* criaFrmSobre()
 {
     auto* window = new QWidget(nullptr, Qt::Dialog);
@@ -37,14 +54,7 @@ QWidget* criaFrmSobre()
     top->addWidget(text, 1);
     layout->addLayout(top);
 
-    auto* fechar = new QPushButton(QStringLiteral("Fechar"), window);
-    fechar->setObjectName(QStringLiteral("Command1"));
-    fechar->setDefault(true);
-    QObject::connect(fechar, &QPushButton::clicked, window, &QWidget::close);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(fechar);
-    layout->addLayout(buttons);
+    adicionaFechar(window, layout, QStringLiteral("Command1"));
     window->resize(460, 240);
     return window;
 }
@@ -65,13 +75,7 @@ QWidget* criaFrmContatos()
                                       "informando a versão do programa.")
                            .arg(kPaginaPrincipal, kPaginaAtualizacao, kEmailContato));
     layout->addWidget(text);
-    auto* fechar = new QPushButton(QStringLiteral("Fechar"), window);
-    fechar->setObjectName(QStringLiteral("cmdFechar"));
-    QObject::connect(fechar, &QPushButton::clicked, window, &QWidget::close);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(fechar);
-    layout->addLayout(buttons);
+    adicionaFechar(window, layout, QStringLiteral("cmdFechar"));
     window->resize(440, 220);
     return window;
 }
