@@ -1,6 +1,7 @@
 #include "connection.h"
 
 #include "../app/numbers.h"
+#include "changenotifier.h"
 #include "databasefile.h"
 #include "storeerror.h"
 
@@ -11,6 +12,7 @@
 #include <QSqlQuery>
 #include <QSqlRecord>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -207,6 +209,7 @@ void Connection::execute(const QString& sql)
         return;
     }
     m_file->run(sql);
+    ChangeNotifier::instance().notify(QString());
 }
 
 void Connection::addTextColumn(const QString& table, const QString& column, int width)
@@ -421,7 +424,7 @@ void Cursor::moveTo(int position)
 {
     requireOpen();
     saveIfEditing();
-    m_position = position;
+    m_position = std::clamp(position, -1, recordCount());
 }
 
 void Cursor::moveFirst() { moveTo(m_rows.isEmpty() ? -1 : 0); }
@@ -441,6 +444,19 @@ void Cursor::movePrevious()
     if (atBeginning())
         throw StoreError(QStringLiteral("O cursor já está no início do conjunto de registros."));
     moveTo(m_position - 1);
+}
+
+QVariant Cursor::valueAt(int row, int ordinal) const
+{
+    requireOpen();
+    if (row < 0 || row >= recordCount() || ordinal < 0 || ordinal >= columnCount())
+        return {};
+    return m_rows[row].values[ordinal];
+}
+
+qint64 Cursor::rowIdAt(int row) const
+{
+    return row >= 0 && row < recordCount() ? m_rows[row].rowid : -1;
 }
 
 QString Cursor::columnName(int ordinal) const
@@ -547,6 +563,7 @@ void Cursor::update()
     }
     row.isNew = false;
     row.changed.fill(false);
+    ChangeNotifier::instance().notify(m_table);
 }
 
 void Cursor::deleteCurrent()
@@ -560,6 +577,7 @@ void Cursor::deleteCurrent()
         query.addBindValue(row.rowid);
         if (!query.exec())
             throw StoreError(engineMessage(query.lastError()));
+        ChangeNotifier::instance().notify(m_table);
     }
     m_rows.removeAt(m_position);
     if (m_rows.isEmpty())

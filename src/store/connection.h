@@ -87,6 +87,8 @@ public:
     bool atBeginning() const { return m_position < 0 || m_rows.isEmpty(); }
     int position() const { return m_position; }
 
+    // Makes the row at that index current, writing an edited row first; -1 or recordCount() for the ends.
+    void moveTo(int position);
     void moveFirst();
     void moveNext();
     void movePrevious();
@@ -100,6 +102,10 @@ public:
     // Read and write a cell of the current row by ordinal; null stays null.
     QVariant value(int ordinal) const;
     void setValue(int ordinal, const QVariant& value);
+    // Any row by index, for views that show them all.
+    QVariant valueAt(int row, int ordinal) const;
+    qint64 rowIdAt(int row) const;
+    QString table() const { return m_table; }
 
     // Starts an empty row at the end and makes it current; update() writes it.
     void addNew();
@@ -124,7 +130,6 @@ private:
     void requireCurrent() const;
     void requireUpdatable() const;
     void saveIfEditing();
-    void moveTo(int position);
     QVariant fromStorage(const QVariant& stored, ColumnType type) const;
 
     std::shared_ptr<DatabaseFile> m_file;

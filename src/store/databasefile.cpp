@@ -1,5 +1,6 @@
 #include "databasefile.h"
 
+#include "changenotifier.h"
 #include "storeerror.h"
 
 #include <QFileInfo>
@@ -106,6 +107,8 @@ void DatabaseFile::rollback()
     const int depth = m_depth--;
     run(QStringLiteral("ROLLBACK TO lavra_%1").arg(depth));
     run(QStringLiteral("RELEASE lavra_%1").arg(depth));
+    // Views may have shown rows that are now undone.
+    ChangeNotifier::instance().notify(QString());
 }
 
 } // namespace lavra

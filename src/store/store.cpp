@@ -1,21 +1,10 @@
 #include "store.h"
 
-#include "../app/numbers.h"
+#include "cursormodel.h"
 
 #include <QDate>
 
 namespace lavra {
-
-namespace {
-
-QString cellText(const QVariant& value)
-{
-    if (value.typeId() == QMetaType::QDate)
-        return value.toDate().toString(QStringLiteral("dd/MM/yyyy"));
-    return variantNumberText(value);
-}
-
-} // namespace
 
 void Store::AbreConexao()
 {

@@ -139,9 +139,10 @@ private Q_SLOTS:
     void calcularClosesTheOpenChainAndStartsAFreshSession()
     {
         Aplicacao app(freshPath());
-        app.windows().registerWindow(QStringLiteral("frmCliAn"), [&app]() {
-            return new ChainWindow(app.session(), app.windows());
-        });
+        for (const char* step : {"frmCliAn", "frmGrupCult"})
+            app.windows().registerWindow(QString::fromLatin1(step), [&app]() {
+                return new ChainWindow(app.session(), app.windows());
+            });
         FrmLavra* main = app.mostraJanelaPrincipal();
         m_boxes.clear();
 

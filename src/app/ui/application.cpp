@@ -1,6 +1,8 @@
 #include "application.h"
 
 #include "app/startup.h"
+#include "calc/ui/windows.h"
+#include "registers/ui/windows.h"
 #include "frmabertura.h"
 #include "frmlavra.h"
 #include "infowindows.h"
@@ -43,6 +45,19 @@ void Aplicacao::registraJanelas()
 {
     m_windows.registerWindow(QStringLiteral("frmSobre"), criaFrmSobre);
     m_windows.registerWindow(QStringLiteral("frmContatos"), criaFrmContatos);
+
+    const auto with = [this](QWidget* (*factory)(Session&, WindowRegistry&)) {
+        return [this, factory]() { return factory(m_session, m_windows); };
+    };
+    m_windows.registerWindow(QStringLiteral("frmCadAnalise"), with(criaFrmCadAnalise), Modo::Modal);
+    m_windows.registerWindow(QStringLiteral("frmCliente"), with(criaFrmCliente), Modo::Modal);
+    m_windows.registerWindow(QStringLiteral("frmCadCli"), with(criaFrmCadCli), Modo::Modal);
+    m_windows.registerWindow(QStringLiteral("frmFertiliz"), with(criaFrmFertiliz), Modo::Modal);
+    m_windows.registerWindow(QStringLiteral("frmCadCalc"), with(criaFrmCadCalc), Modo::Modal);
+    m_windows.registerWindow(QStringLiteral("frmCotac"), with(criaFrmCotac));
+    m_windows.registerWindow(QStringLiteral("frmEmpresa"), with(criaFrmEmpresa));
+    m_windows.registerWindow(QStringLiteral("frmTecResp"), with(criaFrmTecResp));
+    m_windows.registerWindow(QStringLiteral("frmCliAn"), with(criaFrmCliAn));
 }
 
 FrmLavra* Aplicacao::mostraJanelaPrincipal()

@@ -159,7 +159,9 @@ QWidget* FrmLavra::criaComandos()
     calc->setObjectName(QStringLiteral("cmdCalc"));
     calc->setMinimumHeight(44);
     calc->setStyleSheet(QStringLiteral("QPushButton { font-weight: bold; font-size: 11pt; }"));
-    calc->setEnabled(m_windows.isRegistered(QStringLiteral("frmCliAn")));
+    // The chain is offered once its steps are all there.
+    calc->setEnabled(m_windows.isRegistered(QStringLiteral("frmCliAn"))
+                     && m_windows.isRegistered(QStringLiteral("frmGrupCult")));
     connect(calc, &QPushButton::clicked, this, &FrmLavra::calcular);
     grid->addWidget(calc, 0, 0, 1, 2);
 

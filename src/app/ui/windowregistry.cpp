@@ -28,7 +28,7 @@ QWidget* WindowRegistry::window(const QString& name) const
     return nullptr;
 }
 
-QWidget* WindowRegistry::show(const QString& name)
+QWidget* WindowRegistry::show(const QString& name, std::optional<Modo> modo)
 {
     QWidget* w = window(name);
     const auto entry = m_factories.constFind(name);
@@ -41,8 +41,14 @@ QWidget* WindowRegistry::show(const QString& name)
         w->setAttribute(Qt::WA_DeleteOnClose);
         track(w);
     }
-    if (entry != m_factories.constEnd() && entry->modo == Modo::Modal)
-        w->setWindowModality(Qt::ApplicationModal);
+    if (!modo && entry != m_factories.constEnd())
+        modo = entry->modo;
+    const Qt::WindowModality modality = modo == Modo::Modal ? Qt::ApplicationModal : Qt::NonModal;
+    if (w->windowModality() != modality) {
+        // The way of showing can change only while the window is hidden.
+        w->hide();
+        w->setWindowModality(modality);
+    }
     w->show();
     w->raise();
     w->activateWindow();

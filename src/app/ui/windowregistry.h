@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 
 namespace lavra::ui {
 
@@ -28,8 +29,9 @@ public:
     void track(QWidget* window);
     QWidget* window(const QString& name) const;
 
-    // Builds the window if needed and shows it in its registered way; null if unknown.
-    QWidget* show(const QString& name);
+    // Builds the window if needed and shows it in its registered way, or in the way given;
+    // null if the name is unknown.
+    QWidget* show(const QString& name, std::optional<Modo> modo = std::nullopt);
     // Hides a window of the chain; it keeps its entries.
     void hide(const QString& name);
 

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "connection.h"
+
+#include <QAbstractTableModel>
+
+namespace lavra {
+
+// A view of one statement for a grid: it keeps its own connection and cursor, has a current
+// row, and re-reads its statement when another path changes its table.
+class CursorModel : public QAbstractTableModel {
+    Q_OBJECT
+
+public:
+    CursorModel(const QString& databasePath, const QString& statement, QObject* parent = nullptr);
+    ~CursorModel() override;
+
+    // Runs the statement again, keeping the current row where it still exists. Throws StoreError.
+    void refresh();
+    QString table() const { return m_table; }
+
+    Cursor& cursor() { return m_cursor; }
+    const Cursor& cursor() const { return m_cursor; }
+    // -1 when there is no current row.
+    int currentRow() const;
+    void setCurrentRow(int row);
+    QVariant value(int row, int ordinal) const;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+
+    // Tells other views that this one wrote its table.
+    void announceChange();
+
+Q_SIGNALS:
+    void currentRowChanged(int row);
+    // A refresh after a change by another path failed; the view keeps its former rows.
+    void refreshFailed(const QString& message);
+
+private:
+    void onTableChanged(const QString& table);
+
+    Connection m_connection;
+    Cursor m_cursor;
+    QString m_statement;
+    QString m_table;
+};
+
+// A cell as a grid shows it: numbers with the machine's symbol, dates as dd/mm/yyyy.
+QString cellText(const QVariant& value);
+
+} // namespace lavra

@@ -1,0 +1,4 @@
+#include <QtTest>
+class AnalysisWindowTest : public QObject { Q_OBJECT };
+QTEST_MAIN(AnalysisWindowTest)
+#include "analysis_window_test.moc"

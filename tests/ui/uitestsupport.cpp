@@ -1,0 +1,76 @@
+#include "uitestsupport.h"
+
+#include "store/databasefile.h"
+#include "store/storeerror.h"
+
+#include <QAbstractButton>
+#include <QSqlError>
+#include <QSqlQuery>
+
+namespace lavra::test {
+
+UiHarness::UiHarness() : m_path(m_dir.filePath(QStringLiteral("Lavra.db")))
+{
+    ui::setResponder([this](const ui::Mensagem& m) {
+        boxes << m;
+        if (!m.botoes.testFlag(QMessageBox::Yes))
+            return QMessageBox::Ok;
+        return answers.isEmpty() ? QMessageBox::Yes : answers.takeFirst();
+    });
+    m_app = std::make_unique<ui::Aplicacao>(m_path);
+}
+
+UiHarness::~UiHarness()
+{
+    m_app.reset();
+    ui::setResponder({});
+}
+
+QWidget* UiHarness::open(const QString& name)
+{
+    QWidget* window = windows().show(name);
+    if (!window)
+        qWarning() << "window not registered:" << name;
+    return window;
+}
+
+QStringList UiHarness::texts() const
+{
+    QStringList list;
+    for (const ui::Mensagem& m : boxes)
+        list << m.texto;
+    return list;
+}
+
+QVariant UiHarness::scalar(const QString& sql) const
+{
+    auto file = DatabaseFile::acquire(m_path);
+    QSqlQuery query(file->database());
+    if (!query.exec(sql) || !query.next())
+        throw StoreError(engineMessage(query.lastError()));
+    return query.value(0);
+}
+
+void UiHarness::exec(const QString& sql) const
+{
+    DatabaseFile::acquire(m_path)->run(sql);
+}
+
+void type(QWidget* window, const QString& field, const QString& text)
+{
+    auto* edit = find<QLineEdit>(window, field);
+    if (!edit)
+        return;
+    edit->setFocus();
+    edit->setText(text);
+    Q_EMIT edit->textEdited(text);
+    Q_EMIT edit->editingFinished();
+}
+
+void click(QWidget* window, const QString& button)
+{
+    if (auto* b = find<QAbstractButton>(window, button))
+        b->click();
+}
+
+} // namespace lavra::test

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "app/ui/application.h"
+#include "app/ui/messages.h"
+
+#include <QLineEdit>
+#include <QList>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+namespace lavra::test {
+
+// A running program on a scratch database, with every message box answered here: Yes/No boxes
+// take the next queued answer (Yes when none is queued), the others OK.
+class UiHarness {
+public:
+    UiHarness();
+    ~UiHarness();
+
+    ui::Aplicacao& app() { return *m_app; }
+    Session& session() { return m_app->session(); }
+    ui::WindowRegistry& windows() { return m_app->windows(); }
+    QString databasePath() const { return m_path; }
+
+    // Opens a window by name as its command would, and returns it.
+    QWidget* open(const QString& name);
+
+    QList<ui::Mensagem> boxes;
+    QList<QMessageBox::StandardButton> answers;
+    QStringList texts() const;
+    void clearBoxes() { boxes.clear(); }
+
+    // Runs a statement straight on the file; returns the first column of the first row.
+    QVariant scalar(const QString& sql) const;
+    void exec(const QString& sql) const;
+
+private:
+    QTemporaryDir m_dir;
+    QString m_path;
+    std::unique_ptr<ui::Aplicacao> m_app;
+};
+
+template <typename T>
+T* find(QWidget* window, const QString& name)
+{
+    T* found = window ? window->findChild<T*>(name) : nullptr;
+    if (!found)
+        qWarning() << "control not found:" << name;
+    return found;
+}
+
+// Types a text into a field and leaves it, as a user would with Tab.
+void type(QWidget* window, const QString& field, const QString& text);
+// Clicks a button by name.
+void click(QWidget* window, const QString& button);
+
+} // namespace lavra::test
