@@ -1,1 +1,54 @@
-// clients
+#include "clients.h"
+
+namespace lavra {
+
+namespace {
+
+bool sameName(const QString& a, const QString& b)
+{
+    return a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
+// Walks a table through the shared cursor for a row whose column holds the name.
+bool nameInTable(Store& db, const QString& table, int ordinal, const QString& nome)
+{
+    db.strSQL = QStringLiteral("SELECT * FROM %1;").arg(table);
+    db.AbreTabela(db.strSQL);
+    bool found = false;
+    while (!db.rs.atEnd()) {
+        if (sameName(db.rs.value(ordinal).toString(), nome)) {
+            found = true;
+            break;
+        }
+        db.rs.moveNext();
+    }
+    db.fecha();
+    return found;
+}
+
+} // namespace
+
+Verificacao verificaCliente(Store& db, const QString& operacao, const QString& nome, const QString& nomeAnterior)
+{
+    try {
+        if (operacao == kEdicao) {
+            const bool renamed = !sameName(nome, nomeAnterior);
+            if (renamed && nameInTable(db, QStringLiteral("Analises"), 1, nomeAnterior))
+                return Recusa{kMsgEdicaoNomeCliente, true};
+            if (renamed && nameInTable(db, QStringLiteral("Clientes"), 0, nome))
+                return Recusa{kMsgClienteRepetido, true};
+        } else if (operacao == kCadastro) {
+            if (nameInTable(db, QStringLiteral("Clientes"), 0, nome))
+                return Recusa{kMsgClienteRepetido, true};
+        } else if (operacao == kExclusao) {
+            if (nameInTable(db, QStringLiteral("Analises"), 1, nome))
+                return Recusa{kMsgExclusaoCliente, true};
+        }
+        return std::nullopt;
+    } catch (...) {
+        db.descarta();
+        throw;
+    }
+}
+
+} // namespace lavra

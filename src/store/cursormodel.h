@@ -20,6 +20,8 @@ public:
     QString table() const { return m_table; }
 
     Cursor& cursor() { return m_cursor; }
+    // The view's own connection, for the transactions of writes made through it.
+    Connection& connection() { return m_connection; }
     const Cursor& cursor() const { return m_cursor; }
     // -1 when there is no current row.
     int currentRow() const;

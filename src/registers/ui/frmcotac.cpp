@@ -1,9 +1,96 @@
+#include "app/numbers.h"
+#include "app/session.h"
+#include "app/validation.h"
+#include "app/ui/fieldchecks.h"
+#include "app/ui/messages.h"
+#include "registers/inputs.h"
+#include "store/storeerror.h"
 #include "windows.h"
 
-#include <QWidget>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
 
 namespace lavra::ui {
 
-QWidget* criaFrmCotac(Session&, WindowRegistry&) { return new QWidget; }
+namespace {
+
+// The dollar quotation, from which every price in reais follows.
+class FrmCotac final : public QWidget {
+public:
+    explicit FrmCotac(Session& session) : QWidget(nullptr, Qt::Window), m_session(session)
+    {
+        setWindowTitle(QStringLiteral("Ajustar cotação do dolar"));
+        auto* layout = new QVBoxLayout(this);
+        m_lbl1 = new QLabel(this);
+        m_lbl1->setObjectName(QStringLiteral("lbl1"));
+        QFont bold = m_lbl1->font();
+        bold.setBold(true);
+        m_lbl1->setFont(bold);
+        layout->addWidget(m_lbl1);
+
+        auto* row = new QHBoxLayout;
+        row->addWidget(new QLabel(QStringLiteral("Atualizar: 1 dolar = "), this));
+        m_cota = new QLineEdit(this);
+        m_cota->setObjectName(QStringLiteral("txtCota"));
+        m_cota->setMaximumWidth(100);
+        checaAoSair(m_cota);
+        row->addWidget(m_cota);
+        row->addWidget(new QLabel(QStringLiteral("reais"), this));
+        row->addStretch();
+        layout->addLayout(row);
+
+        auto* buttons = new QHBoxLayout;
+        buttons->addStretch();
+        auto* atualiza = new QPushButton(QStringLiteral("Atualizar"), this);
+        atualiza->setObjectName(QStringLiteral("cmdAtualiza"));
+        atualiza->setDefault(true);
+        auto* fechar = new QPushButton(QStringLiteral("Fechar"), this);
+        fechar->setObjectName(QStringLiteral("Command1"));
+        buttons->addWidget(atualiza);
+        buttons->addWidget(fechar);
+        layout->addLayout(buttons);
+        connect(atualiza, &QPushButton::clicked, this, &FrmCotac::atualiza);
+        connect(fechar, &QPushButton::clicked, this, &QWidget::close);
+        ExibeCotacao();
+        setMinimumWidth(380);
+    }
+
+private:
+    void ExibeCotacao()
+    {
+        try {
+            m_lbl1->setText(QStringLiteral("Cotação atual: 1 dolar = ") + numberText(LeCotacao(m_session.db))
+                            + QStringLiteral(" reais"));
+        } catch (const StoreError& error) {
+            erroBanco(this, error);
+        }
+    }
+
+    void atualiza()
+    {
+        if (m_cota->text().isEmpty())
+            return;
+        // A refused text was already told as the field was left.
+        if (lavra::ValidaNumero(m_cota->text()).invalid)
+            return;
+        try {
+            AtualizaCotacao(m_session.db, toSingle(parseNumber(m_cota->text()).value_or(0.0)));
+        } catch (const StoreError& error) {
+            erroBanco(this, error);
+        }
+        ExibeCotacao();
+    }
+
+    Session& m_session;
+    QLabel* m_lbl1 = nullptr;
+    QLineEdit* m_cota = nullptr;
+};
+
+} // namespace
+
+QWidget* criaFrmCotac(Session& session, WindowRegistry&) { return new FrmCotac(session); }
 
 } // namespace lavra::ui

@@ -1,1 +1,264 @@
-// base
+#include "registerwindow.h"
+
+#include "app/session.h"
+#include "app/ui/messages.h"
+#include "registers/refusal.h"
+#include "store/cursormodel.h"
+#include "store/storeerror.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace lavra::ui {
+
+RegisterWindow::RegisterWindow(Session& session, WindowRegistry& windows, const Config& config)
+    : QWidget(nullptr, Qt::Window), m_session(session), m_windows(windows), m_config(config)
+{
+    setWindowTitle(config.title);
+    m_layout = new QVBoxLayout(this);
+
+    m_view = new CursorModel(session.db.strConn, config.statement, this);
+    m_view->setObjectName(QStringLiteral("adoData"));
+    m_grid = new QTableView(this);
+    m_grid->setObjectName(config.gridName);
+    m_grid->setModel(m_view);
+    m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_grid->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_grid->setAlternatingRowColors(true);
+    m_grid->verticalHeader()->setDefaultSectionSize(m_grid->fontMetrics().height() + 8);
+    m_grid->verticalHeader()->hide();
+    m_grid->horizontalHeader()->setStretchLastSection(true);
+    m_grid->setMinimumHeight(180);
+    m_layout->addWidget(m_grid, 1);
+
+    connect(m_grid->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex& current) {
+                if (current.isValid() && current.row() != m_view->currentRow())
+                    m_view->setCurrentRow(current.row());
+            });
+    connect(m_view, &CursorModel::currentRowChanged, this, [this](int row) {
+        if (row >= 0 && m_grid->currentIndex().row() != row)
+            m_grid->setCurrentIndex(m_view->index(row, 0));
+        mostraLinha();
+    });
+    connect(m_view, &QAbstractItemModel::modelReset, this, [this]() { ajustaColunas(); });
+    connect(m_view, &CursorModel::refreshFailed, this, [this](const QString& message) {
+        showError(StoreError(message));
+    });
+
+    m_form = new QWidget(this);
+    m_layout->addWidget(m_form);
+
+    auto* buttons = new QHBoxLayout;
+    auto button = [this, buttons](const QString& name, const QString& caption, void (RegisterWindow::*slot)()) {
+        auto* b = new QPushButton(caption, this);
+        b->setObjectName(name);
+        b->setMinimumWidth(90);
+        connect(b, &QPushButton::clicked, this, slot);
+        buttons->addWidget(b);
+        return b;
+    };
+    m_novo = button(QStringLiteral("cmdNovo"), QStringLiteral("Novo"), &RegisterWindow::novo);
+    m_edita = button(QStringLiteral("cmdEdita"), QStringLiteral("Editar"), &RegisterWindow::edita);
+    m_exclui = button(QStringLiteral("cmdExclui"), QStringLiteral("Excluir"), &RegisterWindow::exclui);
+    buttons->addStretch();
+    button(QStringLiteral("cmdConfirma"), QStringLiteral("Executar"), &RegisterWindow::executa)->setDefault(true);
+    button(QStringLiteral("cmdCancela"), QStringLiteral("Cancela"), &RegisterWindow::cancela);
+    button(QStringLiteral("cmdSai"), QStringLiteral("Sair"), &RegisterWindow::sai);
+    m_layout->addLayout(buttons);
+
+    ajustaColunas();
+    if (m_view->rowCount() > 0)
+        m_view->setCurrentRow(0);
+}
+
+QLineEdit* RegisterWindow::addField(const QString& name, int ordinal, int maxLength)
+{
+    auto* field = new QLineEdit(m_form);
+    field->setObjectName(name);
+    if (maxLength > 0)
+        field->setMaxLength(maxLength);
+    m_fields.append({field, ordinal});
+    return field;
+}
+
+QString RegisterWindow::operacao() const { return m_session.*(m_config.operacao); }
+void RegisterWindow::setOperacao(const QString& value) { m_session.*(m_config.operacao) = value; }
+
+void RegisterWindow::habilitaBotoes(bool enabled)
+{
+    m_novo->setEnabled(enabled);
+    m_edita->setEnabled(enabled);
+    m_exclui->setEnabled(enabled);
+    // While a row is typed in, the grid stays on it, so that the write lands on the row shown.
+    const bool entering = !enabled && operacao() != kExclusao;
+    m_grid->setEnabled(!entering);
+}
+
+void RegisterWindow::LiberaTextos()
+{
+    for (const auto& [field, ordinal] : m_fields)
+        field->setReadOnly(false);
+}
+
+void RegisterWindow::BloqueiaTextos()
+{
+    for (const auto& [field, ordinal] : m_fields)
+        field->setReadOnly(true);
+}
+
+bool RegisterWindow::VerificaTextos() const
+{
+    for (const auto& [field, ordinal] : m_fields) {
+        if (field->text().isEmpty())
+            return false;
+    }
+    return true;
+}
+
+void RegisterWindow::VinculaTextos()
+{
+    m_bound = true;
+    mostraLinha();
+}
+
+void RegisterWindow::DesvinculaTextos() { m_bound = false; }
+
+void RegisterWindow::LimpaTextos()
+{
+    for (const auto& [field, ordinal] : m_fields)
+        field->clear();
+}
+
+void RegisterWindow::mostraLinha()
+{
+    if (!m_bound)
+        return;
+    const int row = m_view->currentRow();
+    for (const auto& [field, ordinal] : m_fields) {
+        if (ordinal >= 0)
+            field->setText(row >= 0 ? cellText(m_view->value(row, ordinal)) : QString());
+    }
+}
+
+void RegisterWindow::ajustaColunas()
+{
+    for (int column : m_config.hiddenColumns)
+        m_grid->setColumnHidden(column, true);
+    m_grid->resizeColumnsToContents();
+    for (int c = 0; c < m_view->columnCount(); ++c)
+        m_grid->setColumnWidth(c, std::clamp(m_grid->columnWidth(c) + 12, 70, 320));
+}
+
+QString RegisterWindow::textoExclusao() const
+{
+    const int row = m_view->currentRow();
+    return row >= 0 ? cellText(m_view->value(row, 0)) : QString();
+}
+
+void RegisterWindow::novo()
+{
+    setOperacao(kCadastro);
+    habilitaBotoes(false);
+    DesvinculaTextos();
+    LiberaTextos();
+    LimpaTextos();
+    if (!m_fields.isEmpty())
+        m_fields.first().first->setFocus();
+    aoNovo();
+}
+
+void RegisterWindow::edita()
+{
+    setOperacao(kEdicao);
+    habilitaBotoes(false);
+    DesvinculaTextos();
+    LiberaTextos();
+    aoEditar();
+    if (!m_fields.isEmpty())
+        m_fields.first().first->setFocus();
+}
+
+void RegisterWindow::exclui()
+{
+    setOperacao(kExclusao);
+    habilitaBotoes(false);
+}
+
+void RegisterWindow::cancela()
+{
+    setOperacao(QString());
+    habilitaBotoes(true);
+    BloqueiaTextos();
+    VinculaTextos();
+}
+
+void RegisterWindow::executa()
+{
+    if (!VerificaTextos()) {
+        aviso(this, QStringLiteral("Há campos vazios."));
+        return;
+    }
+    const QString op = operacao();
+    if (op.isEmpty()) {
+        aviso(this, QStringLiteral("Nenhuma ação foi especificada."));
+        return;
+    }
+    try {
+        if (!verificacoes())
+            return;
+        if (op == kCadastro || op == kEdicao) {
+            grava();
+            BloqueiaTextos();
+            VinculaTextos();
+            setOperacao(QString());
+        } else if (op == kExclusao) {
+            if (m_view->currentRow() >= 0
+                && ui::confirma(this, textoExclusao() + QStringLiteral(" será excluído, confirma?"))) {
+                m_view->cursor().deleteCurrent();
+                m_view->refresh();
+            }
+        }
+        habilitaBotoes(true);
+        aposConfirmar();
+    } catch (const StoreError& error) {
+        // What was typed stays in the fields, so the user can try again.
+        showError(error);
+    }
+}
+
+void RegisterWindow::grava()
+{
+    const QVariantList values = valores();
+    Cursor& rs = m_view->cursor();
+    try {
+        Transaction transaction(m_view->connection());
+        if (operacao() == kCadastro)
+            rs.addNew();
+        else if (m_view->currentRow() < 0)
+            throw StoreError(QStringLiteral("Nenhum registro selecionado para editar."));
+        for (int ordinal = 0; ordinal < values.size(); ++ordinal) {
+            if (values[ordinal].isValid())
+                rs.setValue(ordinal, values[ordinal]);
+        }
+        rs.update();
+        transaction.commit();
+    } catch (const StoreError&) {
+        // The view still holds the refused row; read the table again as it is.
+        try {
+            m_view->refresh();
+        } catch (const StoreError&) {
+        }
+        throw;
+    }
+    m_view->refresh();
+}
+
+void RegisterWindow::showError(const StoreError& error) { erroBanco(this, error); }
+
+} // namespace lavra::ui
