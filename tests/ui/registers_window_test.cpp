@@ -1,4 +1,192 @@
+#include "app/numbers.h"
+#include "app/session.h"
 #include "uitestsupport.h"
-class RegistersWindowTest : public QObject { Q_OBJECT };
+
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableView>
+
+using namespace lavra;
+using namespace lavra::test;
+
+// The simple registers driven through their windows, by control name, on a scratch database.
+class RegistersWindowTest : public QObject {
+    Q_OBJECT
+
+private:
+    static void selectRow(QWidget* window, const QString& grid, int row)
+    {
+        auto* view = find<QTableView>(window, grid);
+        view->setCurrentIndex(view->model()->index(row, 0));
+    }
+
+    static void fill(QWidget* window, const QList<std::pair<QString, QString>>& fields)
+    {
+        for (const auto& [name, text] : fields)
+            type(window, name, text);
+    }
+
+private Q_SLOTS:
+    void clientsKeepTheirNamesUnique()
+    {
+        UiHarness h;
+        QWidget* w = h.open(QStringLiteral("frmCadCli"));
+        QCOMPARE(w->windowTitle(), QStringLiteral("Clientes"));
+        QVERIFY(find<QLineEdit>(w, QStringLiteral("txtNome"))->isReadOnly());
+
+        click(w, QStringLiteral("cmdNovo"));
+        fill(w, {{"txtNome", "Ana Prado"}, {"txtRua", "Linha Santo Antônio"}, {"txtCidade", "Erechim"},
+                 {"txtFone", "(54) 3321-0000"}, {"txtEmail", "ana@exemplo.com.br"}});
+        click(w, QStringLiteral("cmdConfirma"));
+        QVERIFY(h.boxes.isEmpty());
+        QCOMPARE(h.scalar(QStringLiteral("SELECT \"Rua/Localidade\" FROM Clientes WHERE Nome = 'Ana Prado'")).toString(),
+                 QStringLiteral("Linha Santo Antônio"));
+        QVERIFY(find<QLineEdit>(w, QStringLiteral("txtNome"))->isReadOnly());
+
+        // The same name in other letters is the same client; what was typed stays.
+        click(w, QStringLiteral("cmdNovo"));
+        fill(w, {{"txtNome", "ANA PRADO"}, {"txtRua", "-"}, {"txtCidade", "-"}, {"txtFone", "-"}, {"txtEmail", "-"}});
+        click(w, QStringLiteral("cmdConfirma"));
+        QCOMPARE(h.boxes.size(), 1);
+        QCOMPARE(h.boxes[0].icone, ui::Icone::Critico);
+        QCOMPARE(h.boxes[0].texto, QStringLiteral("Não é permitido cadastrar dois clientes com exatamente o mesmo nome"));
+        QCOMPARE(find<QLineEdit>(w, QStringLiteral("txtNome"))->text(), QStringLiteral("ANA PRADO"));
+        QVERIFY(!find<QPushButton>(w, QStringLiteral("cmdNovo"))->isEnabled());
+        click(w, QStringLiteral("cmdCancela"));
+        QCOMPARE(find<QLineEdit>(w, QStringLiteral("txtNome"))->text(), QStringLiteral("Ana Prado"));
+
+        // An edit of the town alone.
+        click(w, QStringLiteral("cmdEdita"));
+        type(w, QStringLiteral("txtCidade"), QStringLiteral("Getúlio Vargas"));
+        click(w, QStringLiteral("cmdConfirma"));
+        QCOMPARE(h.scalar(QStringLiteral("SELECT Cidade FROM Clientes")).toString(), QStringLiteral("Getúlio Vargas"));
+        QCOMPARE(h.session().Operacao, QString());
+    }
+
+    void deletionChecksTheFieldsAndKeepsItsOperation()
+    {
+        UiHarness h;
+        h.exec(QStringLiteral("INSERT INTO Clientes VALUES ('Ana', 'Rua A', 'Ijuí', '', 'a@b'), ('Bruno', 'Rua B', 'Ijuí', '1', 'b@c'), ('Carla', 'Rua C', 'Ijuí', '2', 'c@d')"));
+        QWidget* w = h.open(QStringLiteral("frmCadCli"));
+        click(w, QStringLiteral("cmdExclui"));
+        click(w, QStringLiteral("cmdConfirma"));
+        QCOMPARE(h.texts(), QStringList{QStringLiteral("Há campos vazios.")});
+
+        h.clearBoxes();
+        selectRow(w, QStringLiteral("dtGridCli"), 1);
+        click(w, QStringLiteral("cmdConfirma"));
+        QCOMPARE(h.texts(), QStringList{QStringLiteral("Bruno será excluído, confirma?")});
+        QCOMPARE(h.scalar(QStringLiteral("SELECT group_concat(Nome) FROM Clientes")).toString(), QStringLiteral("Ana,Carla"));
+        QCOMPARE(h.session().Operacao, QStringLiteral("Exclusão"));
+        QVERIFY(find<QPushButton>(w, QStringLiteral("cmdNovo"))->isEnabled());
+
+        // Executar again deletes the row now current, after asking.
+        h.clearBoxes();
+        h.answers << QMessageBox::No;
+        click(w, QStringLiteral("cmdConfirma"));
+        QCOMPARE(h.texts(), QStringList{QStringLiteral("Carla será excluído, confirma?")});
+        QCOMPARE(h.scalar(QStringLiteral("SELECT COUNT(*) FROM Clientes")).toInt(), 2);
+    }
+
+    void limingMaterialsStandAtTheFixedRate()
+    {
+        UiHarness h;
+        QWidget* w = h.open(QStringLiteral("frmCadCalc"));
+        QVERIFY(find<QTableView>(w, QStringLiteral("dtGrid"))->isColumnHidden(3));
+        click(w, QStringLiteral("cmdNovo"));
+        fill(w, {{"txtEspec", "Calcário teste"}, {"txtPRNT", "85"}, {"txtCusto", "100"}});
+        click(w, QStringLiteral("cmdConfirma"));
+        QVERIFY(h.boxes.isEmpty());
+        QCOMPARE(h.scalar(QStringLiteral("SELECT \"R$/t\" FROM Calcario WHERE Nome = 'Calcário teste'")).toDouble(), 157.0);
+    }
+
+    void fertiliserKindDecidesWhichFieldsApply()
+    {
+        UiHarness h;
+        QWidget* w = h.open(QStringLiteral("frmFertiliz"));
+        click(w, QStringLiteral("cmdNovo"));
+        QWidget* kind = h.windows().window(QStringLiteral("frmTipoAdubo"));
+        QVERIFY(kind && kind->isVisible());
+        QVERIFY(!kind->close());  // only its buttons close it
+        click(kind, QStringLiteral("cmpAplica"));
+        QCOMPARE(h.boxes.last().texto, QStringLiteral("Selecione um tipo de fertilizante"));
+        QCOMPARE(h.boxes.last().icone, ui::Icone::Nenhum);
+        click(kind, QStringLiteral("cmdCancel"));
+        QTRY_VERIFY(!h.windows().window(QStringLiteral("frmTipoAdubo")));
+        QVERIFY(find<QPushButton>(w, QStringLiteral("cmdNovo"))->isEnabled());
+        QCOMPARE(h.session().OperacaoInsumo, QString());
+
+        click(w, QStringLiteral("cmdNovo"));
+        kind = h.windows().window(QStringLiteral("frmTipoAdubo"));
+        find<QComboBox>(kind, QStringLiteral("cboTipo"))->setCurrentIndex(0);
+        click(kind, QStringLiteral("cmpAplica"));
+        auto* ms = find<QLineEdit>(w, QStringLiteral("txtMS"));
+        QCOMPARE(ms->text(), QStringLiteral("---"));
+        QVERIFY(ms->isReadOnly());
+        QCOMPARE(find<QLabel>(w, QStringLiteral("lblId"))->text(), QStringLiteral("1"));
+        fill(w, {{"txtEspec", "Fórmula"}, {"txtN", "5"}, {"txtP", "20"}, {"txtK", "10"}, {"txtCusto", "400"}});
+        h.clearBoxes();
+        click(w, QStringLiteral("cmdConfirma"));
+        QVERIFY(h.boxes.isEmpty());
+        QCOMPARE(h.scalar(QStringLiteral("SELECT \"Fórmula\" || '|' || \"P/K\" || '|' || \"R$/t\" || '|' || EFICK FROM NPK")).toString(),
+                 QStringLiteral("5-20-10|2|2200|---"));
+    }
+
+    void quotationRepricesBothLists()
+    {
+        UiHarness h;
+        h.exec(QStringLiteral("INSERT INTO Calcario VALUES ('Filler', 95, 70, 109.9)"));
+        QWidget* w = h.open(QStringLiteral("frmCotac"));
+        QCOMPARE(find<QLabel>(w, QStringLiteral("lbl1"))->text(), QStringLiteral("Cotação atual: 1 dolar = %1 reais").arg(numberText(5.5f)));
+        click(w, QStringLiteral("cmdAtualiza"));  // empty: nothing happens
+        QCOMPARE(h.scalar(QStringLiteral("SELECT \"R$/t\" FROM Calcario")).toDouble(), 109.9);
+        type(w, QStringLiteral("txtCota"), QStringLiteral("6"));
+        click(w, QStringLiteral("cmdAtualiza"));
+        QVERIFY(h.boxes.isEmpty());
+        QCOMPARE(h.scalar(QStringLiteral("SELECT \"R$/t\" FROM Calcario")).toDouble(), 420.0);
+        QVERIFY(find<QLabel>(w, QStringLiteral("lbl1"))->text().contains(QStringLiteral("= 6 reais")));
+    }
+
+    void companyHasOneRow()
+    {
+        UiHarness h;
+        QWidget* w = h.open(QStringLiteral("frmEmpresa"));
+        click(w, QStringLiteral("cmdSalva"));
+        QCOMPARE(h.texts(), QStringList{QStringLiteral("Há campos vazios!")});
+        for (const char* name : {"txtEmp", "txtRua", "txtNum", "txtCEP", "txtCid", "txtBair", "txtEst", "txtTelef",
+                                 "txtEmail", "txtSite"})
+            type(w, QString::fromLatin1(name), QStringLiteral("x"));
+        click(w, QStringLiteral("cmdSalva"));
+        QCOMPARE(h.boxes.last().texto, QStringLiteral("Cadastro efetuado com sucesso!"));
+        QTRY_VERIFY(!h.windows().window(QStringLiteral("frmEmpresa")));
+
+        w = h.open(QStringLiteral("frmEmpresa"));
+        type(w, QStringLiteral("txtEmp"), QStringLiteral("Agro Planalto"));
+        click(w, QStringLiteral("cmdSalva"));
+        QCOMPARE(h.scalar(QStringLiteral("SELECT COUNT(*) || Empresa FROM Empresa")).toString(), QStringLiteral("1Agro Planalto"));
+    }
+
+    void chosenTechnicianSignsFromNowOn()
+    {
+        UiHarness h;
+        QWidget* w = h.open(QStringLiteral("frmTecResp"));
+        click(w, QStringLiteral("cmdNovo"));
+        fill(w, {{"txtNome", "Ana Souza"}, {"txtProf", "Engenheira Agrônoma"}, {"txtCREA", "RS-1234"}});
+        click(w, QStringLiteral("cmdConfirma"));
+        auto* combo = find<QComboBox>(w, QStringLiteral("cboTecAssina"));
+        QCOMPARE(combo->count(), 1);
+        QCOMPARE(combo->currentIndex(), -1);  // a new technician does not sign until chosen
+        QCOMPARE(h.scalar(QStringLiteral("SELECT Assina FROM TecResp")).toInt(), 0);
+
+        combo->setCurrentIndex(0);
+        click(w, QStringLiteral("cmdOK"));
+        QCOMPARE(h.boxes.last().texto, QStringLiteral("Técnico: Ana Souza seleciondado"));
+        QCOMPARE(h.boxes.last().icone, ui::Icone::Informacao);
+        QCOMPARE(h.session().NomeTec, QStringLiteral("Ana Souza"));
+        QCOMPARE(h.scalar(QStringLiteral("SELECT Assina FROM TecResp")).toInt(), 1);
+    }
+};
+
 QTEST_MAIN(RegistersWindowTest)
 #include "registers_window_test.moc"
