@@ -29,7 +29,7 @@ public:
         m_nome = formArea()->findChild<QLineEdit*>(QStringLiteral("txtNome"));
         VinculaTextos();
         BloqueiaTextos();
-        resize(720, 480);
+        resize(800, 480);
     }
 
 protected:

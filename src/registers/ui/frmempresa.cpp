@@ -41,6 +41,7 @@ public:
             m_fields << field;
         }
         layout->addLayout(form);
+        layout->addStretch();
 
         auto* buttons = new QHBoxLayout;
         buttons->addStretch();
