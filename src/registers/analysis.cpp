@@ -1,1 +1,369 @@
 #include "analysis.h"
+
+#include "app/numbers.h"
+#include "app/session.h"
+#include "app/validation.h"
+#include "interpretation.h"
+#include "store/cursormodel.h"
+#include "store/schema.h"
+#include "store/storeerror.h"
+
+#include <QDate>
+
+#include <algorithm>
+
+namespace lavra {
+
+namespace {
+
+const QString kTodasAnalises = QStringLiteral("SELECT * FROM Analises;");
+
+// Fields are checked as they are left; a number read here has passed that check.
+float numero(const QString& texto)
+{
+    return toSingle(parseNumber(texto).value_or(0.0));
+}
+
+QString digitosDaData(const QString& data)
+{
+    QString digitos;
+    for (const QChar c : data) {
+        if (c.isDigit())
+            digitos += c;
+    }
+    return digitos;
+}
+
+// Every text field of the window but the date.
+bool VerificaTextos(const CamposAnalise& c)
+{
+    for (const QString* texto : {&c.cliente, &c.local, &c.fazenda, &c.gleba, &c.area, &c.numAnalise, &c.pH, &c.ca,
+                                 &c.mg, &c.al, &c.hAl, &c.smp, &c.mo, &c.argila, &c.p, &c.k, &c.ctc, &c.bases}) {
+        if (texto->isEmpty())
+            return false;
+    }
+    return true;
+}
+
+// A number refused as its field was left can still be there when Executar is pressed, and the
+// store would read "1.5" on a comma machine as fifteen; it is refused again here.
+std::optional<ResultadoCadastro> verificaNumeros(const CamposAnalise& c)
+{
+    const std::pair<const char*, const QString*> campos[] = {
+        {"txtÁrea", &c.area}, {"txtpH", &c.pH}, {"txtCa", &c.ca},   {"txtMg", &c.mg},         {"txtAl", &c.al},
+        {"txtH_Al", &c.hAl},  {"txtSMP", &c.smp}, {"txtMO", &c.mo}, {"txtArgila", &c.argila}, {"txtP", &c.p},
+        {"txtK", &c.k}};
+    for (const auto& [nome, texto] : campos) {
+        const NumberCheck check = ValidaNumero(*texto);
+        if (check.invalid)
+            return ResultadoCadastro{Desfecho::Aviso, check.messages.value(0, kMsgValorInvalido),
+                                     QString::fromUtf8(nome), {}};
+    }
+    return std::nullopt;
+}
+
+// The digits have passed ValidaData, which does not know how long each month is.
+std::optional<QDate> dataDoCalendario(const QString& digitos)
+{
+    const QDate data(digitos.mid(4, 4).toInt(), digitos.mid(2, 2).toInt(), digitos.left(2).toInt());
+    if (!data.isValid())
+        return std::nullopt;
+    return data;
+}
+
+bool andaAte(Cursor& rs, const QString& codigo)
+{
+    while (!rs.atEnd()) {
+        const QVariant celula = rs.value(analise::kCodigo);
+        if (!celula.isNull() && celula.toString() == codigo)
+            return true;
+        rs.moveNext();
+    }
+    return false;
+}
+
+bool temRecomendacao(const Store& db, const QString& codigo, bool florestais)
+{
+    return db.ExisteValor(QStringLiteral("RecoForm"), codigo, 0)
+        || db.ExisteValor(QStringLiteral("RecoFormulac"), codigo, 0)
+        || (florestais && db.ExisteValor(QStringLiteral("RecoFlorest"), codigo, 0));
+}
+
+// The whole row in column order: the typed values, what is worked out from them, and the classes.
+void escreveLinha(Cursor& rs, const CamposAnalise& c, const QString& codigo, const QDate& data)
+{
+    const int metodoP = c.mehlich ? 1 : 2;
+    const int condicao = c.arroz ? 2 : 1;
+    const float ca = numero(c.ca);
+    const float mg = numero(c.mg);
+    const float al = numero(c.al);
+    const float k = numero(c.k);
+    const float ctc = numero(c.ctc);
+
+    const QVariant valores[] = {codigo, c.cliente, c.local, c.fazenda, c.gleba, data, c.area, c.numAnalise,
+                                c.pH, c.ca, c.mg, c.al, c.hAl, SaturacaoAl(al, k, ca, mg), c.bases, c.ctc, c.smp,
+                                c.mo, c.argila, c.p, c.k, metodoP, condicao, 0, 0, 0, 0};
+    int ordinal = 0;
+    for (const QVariant& valor : valores)
+        rs.setValue(ordinal++, valor);
+
+    // The P table is chosen by a three-digit code: area condition, extraction method, clay class.
+    const float codigoP = static_cast<float>(condicao * 100 + metodoP * 10 + ClasseArgila(numero(c.argila)));
+    const Classe classes[] = {
+        InterpretaClasse(numero(c.pH), 0, QStringLiteral("pH")),
+        InterpretaClasse(ca, 0, QStringLiteral("Ca")),
+        InterpretaClasse(mg, 0, QStringLiteral("Mg")),
+        InterpretaClasse(numero(c.mo), 0, QStringLiteral("MO")),
+        InterpretaClasse(numero(c.p), codigoP, QStringLiteral("P")),
+        InterpretaClasse(k, ctc, QStringLiteral("K")),
+        InterpretaClasse(ctc, 0, QStringLiteral("CTC")),
+        InterpretaClasse(SaturacaoAl(al, k, ca, mg), 0, QStringLiteral("SatAl")),
+        InterpretaClasse(numero(c.bases), 0, QStringLiteral("SatBas")),
+    };
+    for (const Classe classe : classes)
+        rs.setValue(ordinal++, static_cast<int>(classe));
+}
+
+ResultadoCadastro resultado(Desfecho desfecho, const QString& texto, const QString& codigo)
+{
+    return {desfecho, texto, {}, codigo};
+}
+
+ResultadoCadastro exclui(Store& db, const EntradaCadastro& e)
+{
+    db.strSQL = kTodasAnalises;
+    db.AbreTabela(db.strSQL);
+    const bool achou = andaAte(db.rs, e.codAnalise);
+    // A forest recommendation does not hold the analysis back from deletion.
+    if (temRecomendacao(db, e.codAnalise, false)) {
+        db.fecha();
+        return resultado(Desfecho::Critico, kMsgExclusaoComRecomendacao, e.codAnalise);
+    }
+    if (achou && e.resposta == Resposta::NaoPerguntado) {
+        db.fecha();
+        return resultado(Desfecho::Pergunta, perguntaExclusao(e.codAnalise), e.codAnalise);
+    }
+    if (achou && e.resposta == Resposta::Sim) {
+        db.rs.deleteCurrent();
+        db.fecha();
+        return resultado(Desfecho::Concluida, {}, e.codAnalise);
+    }
+    db.fecha();
+    return resultado(Desfecho::NaoExcluida, {}, e.codAnalise);
+}
+
+ResultadoCadastro grava(Store& db, const EntradaCadastro& e)
+{
+    const CamposAnalise& c = e.campos;
+    const bool edicao = e.operacao == kEdicao;
+    QString codAnalise = e.codAnalise;
+
+    if (edicao && temRecomendacao(db, e.codAnalise, true))
+        return resultado(Desfecho::Critico, kMsgEdicaoComRecomendacao, codAnalise);
+
+    const QString codigo = ComporCodigo(c.fazenda, c.gleba, c.data);
+    if (!edicao)
+        codAnalise = codigo;
+    // An edit that keeps farm, field and date keeps its own code.
+    const bool testaDuplicacao = !edicao || codigo != e.codAnalise;
+    if (testaDuplicacao && db.ExisteValor(QStringLiteral("Analises"), codigo, analise::kCodigo))
+        return resultado(Desfecho::Aviso, kMsgDuplicacao, codAnalise);
+
+    const QString digitos = digitosDaData(c.data);
+    if (!ValidaData(digitos))
+        return {Desfecho::Aviso, kMsgDataInvalida, QStringLiteral("mskData"), codAnalise};
+    const auto data = dataDoCalendario(digitos);
+    if (!data)
+        return {Desfecho::Aviso, avisoDataInexistente(c.data), QStringLiteral("mskData"), codAnalise};
+
+    db.strSQL = kTodasAnalises;
+    db.AbreTabela(db.strSQL);
+    if (edicao) {
+        if (!andaAte(db.rs, e.codAnalise))
+            throw StoreError(QStringLiteral("A análise '%1' não foi encontrada.").arg(e.codAnalise));
+    } else {
+        db.rs.addNew();
+    }
+    // One statement writes the row, so a failure leaves the table as it was.
+    escreveLinha(db.rs, c, codigo, *data);
+    db.rs.update();
+    db.fecha();
+    return resultado(Desfecho::Concluida, {}, codAnalise);
+}
+
+} // namespace
+
+void CarregaAnalise(Session& session, const QString& codigo)
+{
+    Store& db = session.db;
+    try {
+        db.strSQL = QStringLiteral("SELECT * FROM Analises WHERE %1 = %2;")
+                        .arg(quoteIdentifier(QStringLiteral("Código")), sqlText(codigo));
+        db.AbreTabela(db.strSQL);
+        if (db.rs.atEnd())
+            throw StoreError(QStringLiteral("A análise '%1' não foi encontrada.").arg(codigo));
+        session.Analise.resize(db.rs.columnCount());
+        for (int ordinal = 0; ordinal < db.rs.columnCount(); ++ordinal)
+            session.Analise[ordinal] = db.rs.value(ordinal);
+        db.fecha();
+    } catch (...) {
+        db.descarta();
+        throw;
+    }
+}
+
+QString ComporCodigo(const QString& fazenda, const QString& gleba, const QString& data)
+{
+    return fazenda + QLatin1Char('/') + gleba + QLatin1Char('/') + data;
+}
+
+std::optional<CTCCalculada> CalculaCTC(const QString& ca, const QString& mg, const QString& hAl, const QString& k)
+{
+    const auto vCa = parseNumber(ca);
+    const auto vMg = parseNumber(mg);
+    const auto vHAl = parseNumber(hAl);
+    const auto vK = parseNumber(k);
+    if (!vCa || !vMg || !vHAl || !vK)
+        return std::nullopt;
+    const float kc = toSingle(*vK) / 399.0f;
+    const float bases = kc + toSingle(*vCa) + toSingle(*vMg);
+    const float ctc = bases + toSingle(*vHAl);
+    // A soil with nothing on its exchange sites has nothing to saturate.
+    const float saturacao = ctc == 0.0f ? 0.0f : 100.0f * bases / ctc;
+    return CTCCalculada{FormataNumero(QVariant(ctc), 2), FormataNumero(QVariant(saturacao), 2)};
+}
+
+CamposAnalise LeAnalise(Store& db, const QString& codigo, const QString& cliente)
+{
+    CamposAnalise c;
+    try {
+        db.strSQL = kTodasAnalises;
+        db.AbreTabela(db.strSQL);
+        Cursor& rs = db.rs;
+        while (!rs.atEnd()
+               && !(rs.value(analise::kCodigo).toString() == codigo && rs.value(analise::kCliente).toString() == cliente))
+            rs.moveNext();
+        if (rs.atEnd())
+            throw StoreError(QStringLiteral("A análise '%1' de %2 não foi encontrada.").arg(codigo, cliente));
+        const auto texto = [&rs](int ordinal) { return cellText(rs.value(ordinal)); };
+        c = CamposAnalise{texto(1),  texto(2),  texto(3),  texto(4),  texto(6),  texto(7),  texto(5),
+                          texto(8),  texto(9),  texto(10), texto(11), texto(12), texto(16), texto(17),
+                          texto(18), texto(19), texto(20), {},        {}};
+        const int metodo = rs.value(analise::kMetodoP).toInt();
+        c.mehlich = metodo == 1;
+        c.resina = metodo == 2;
+        c.arroz = rs.value(analise::kArrozIrrig).toInt() == 2;
+        db.fecha();
+    } catch (...) {
+        db.descarta();
+        throw;
+    }
+    return c;
+}
+
+QString perguntaArroz(bool arroz)
+{
+    return QStringLiteral("A opção 'Esta área será utilizada para arroz irrigado' %1. Está certo que fez a escolha "
+                          "correta?")
+        .arg(arroz ? QStringLiteral("FOI SELECIONADA") : QStringLiteral("NÃO FOI SELECIONADA"));
+}
+
+QString perguntaExclusao(const QString& codigo)
+{
+    return codigo + QStringLiteral(" será excluída, confirma?");
+}
+
+QString avisoDataInexistente(const QString& data)
+{
+    return QStringLiteral("Data inexistente: %1. Verifique o dia e o mês.").arg(data);
+}
+
+ResultadoCadastro CadastraAnalise(Store& db, const EntradaCadastro& e)
+{
+    if (e.operacao.isEmpty())
+        return resultado(Desfecho::Aviso, kMsgNenhumaAcao, e.codAnalise);
+
+    const bool exclusao = e.operacao == kExclusao;
+    if (!exclusao) {
+        const CamposAnalise& c = e.campos;
+        if (!VerificaTextos(c))
+            return resultado(Desfecho::Aviso, kMsgCamposVazios, e.codAnalise);
+        if (!c.mehlich && !c.resina)
+            return resultado(Desfecho::Aviso, kMsgMetodoP, e.codAnalise);
+        if (auto recusa = verificaNumeros(c)) {
+            recusa->codAnalise = e.codAnalise;
+            return *recusa;
+        }
+        // Asked at every save, whichever way the box stands: the choice changes the class of P.
+        if (e.resposta == Resposta::NaoPerguntado)
+            return resultado(Desfecho::Pergunta, perguntaArroz(c.arroz), e.codAnalise);
+        if (e.resposta == Resposta::Nao)
+            return resultado(Desfecho::Desistiu, {}, e.codAnalise);
+    }
+
+    try {
+        if (exclusao)
+            return exclui(db, e);
+        if (e.operacao == kEdicao || e.operacao == kCadastro)
+            return grava(db, e);
+    } catch (...) {
+        db.descarta();
+        throw;
+    }
+    return resultado(Desfecho::Aviso, kMsgNenhumaAcao, e.codAnalise);
+}
+
+GradeClientes LeClientes(Store& db)
+{
+    GradeClientes grade;
+    try {
+        db.strSQL = QStringLiteral("SELECT * FROM Clientes ORDER BY Nome;");
+        db.AbreTabela(db.strSQL);
+        const int colunas = std::min(db.rs.columnCount(), 5);
+        for (int ordinal = 0; ordinal < colunas; ++ordinal)
+            grade.colunas << db.rs.columnName(ordinal);
+        for (; !db.rs.atEnd(); db.rs.moveNext()) {
+            QStringList linha;
+            for (int ordinal = 0; ordinal < colunas; ++ordinal)
+                linha << cellText(db.rs.value(ordinal));
+            grade.linhas << linha;
+        }
+        db.fecha();
+    } catch (...) {
+        db.descarta();
+        throw;
+    }
+    return grade;
+}
+
+QStringList AnalisesDoCliente(Store& db, const QString& cliente)
+{
+    QStringList codigos;
+    try {
+        db.strSQL = QStringLiteral("SELECT * FROM Analises ORDER BY %1;").arg(quoteIdentifier(QStringLiteral("Código")));
+        db.AbreTabela(db.strSQL);
+        for (; !db.rs.atEnd(); db.rs.moveNext()) {
+            const QVariant dono = db.rs.value(analise::kCliente);
+            // Exact: an analysis keeps a copy of the name, not a reference to the client.
+            if (!dono.isNull() && dono.toString() == cliente)
+                codigos << db.rs.value(analise::kCodigo).toString();
+        }
+        db.fecha();
+    } catch (...) {
+        db.descarta();
+        throw;
+    }
+    return codigos;
+}
+
+int BuscaCliente(const QStringList& nomes, const QString& texto)
+{
+    const QString procurado = texto.toUpper();
+    for (int i = 0; i < nomes.size(); ++i) {
+        if (nomes[i].left(texto.size()).toUpper() == procurado)
+            return i;
+    }
+    return -1;
+}
+
+} // namespace lavra

@@ -1,1 +1,125 @@
 #pragma once
+
+#include "refusal.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <optional>
+
+namespace lavra {
+
+struct Session;
+class Store;
+
+// Ordinals of the columns of Analises that this register names; the calculation reads the same.
+namespace analise {
+inline constexpr int kCodigo = 0;
+inline constexpr int kCliente = 1;
+inline constexpr int kData = 5;
+inline constexpr int kArea = 6;
+inline constexpr int kSatAl = 13;
+inline constexpr int kSatBases = 14;
+inline constexpr int kCTC = 15;
+inline constexpr int kMetodoP = 21;
+inline constexpr int kArrozIrrig = 22;
+inline constexpr int kColunas = 36;
+} // namespace analise
+
+
+// Copies the row of that code into session.Analise, one element per column. A code with no row
+// throws StoreError, as does any failure of the database; the shared pair is left closed.
+void CarregaAnalise(Session& session, const QString& codigo);
+
+// The key of an analysis: farm, field and date as dd/mm/yyyy. The client is not part of it, so
+// one field cannot carry two analyses of the same day, whoever they belong to.
+QString ComporCodigo(const QString& fazenda, const QString& gleba, const QString& data);
+
+// CTC at pH 7 and saturation by bases, as the window shows them with two decimals.
+struct CTCCalculada {
+    QString ctc;
+    QString bases;
+};
+// Nothing while any of the four is empty or not a number. K comes in mg/dm3 and is turned into
+// cmolc/dm3 with 399; everything is worked in 32-bit floats.
+std::optional<CTCCalculada> CalculaCTC(const QString& ca, const QString& mg, const QString& hAl, const QString& k);
+
+// The entries of the register window, as text, in the order of the window.
+struct CamposAnalise {
+    QString cliente, local, fazenda, gleba, area, numAnalise;
+    QString data;  // dd/mm/yyyy as the masked field shows it
+    QString pH, ca, mg, al, hAl, smp, mo, argila, p, k;
+    QString ctc, bases;
+    bool mehlich = false;  // Opt(0)
+    bool resina = false;   // Opt(1)
+    bool arroz = false;    // chk
+};
+
+// Reads the row of that code and client into the entries, numbers under the machine's setting.
+// The CTC and the saturation by bases are not read: the window works them out afresh.
+// Throws StoreError when there is no such row.
+CamposAnalise LeAnalise(Store& db, const QString& codigo, const QString& cliente);
+
+enum class Resposta { NaoPerguntado, Sim, Nao };
+
+struct EntradaCadastro {
+    CamposAnalise campos;
+    QString operacao;    // Operacao
+    QString codAnalise;  // CodAnalise
+    // The answer to the question of an earlier call; each run of Executar asks at most one.
+    Resposta resposta = Resposta::NaoPerguntado;
+};
+
+enum class Desfecho {
+    Aviso,        // refused, exclamation box; the entries stay for correction
+    Critico,      // refused to protect saved recommendations, critical box
+    Pergunta,     // ask the text (Yes/No, exclamation) and call again with the answer
+    Desistiu,     // No to the rice question: nothing happens
+    Concluida,    // written or deleted: back to idle
+    NaoExcluida,  // No to the deletion, or no such row: entries cleared, buttons still off
+};
+
+struct ResultadoCadastro {
+    Desfecho desfecho = Desfecho::Aviso;
+    QString texto;
+    QString campo;       // object name of the field to put the focus back on, if any
+    QString codAnalise;  // CodAnalise after the run: a new registration composes it
+};
+
+inline const QString kMsgNenhumaAcao = QStringLiteral("Nenhuma ação foi especificada!");
+inline const QString kMsgCamposVazios = QStringLiteral("Há campos vazios!");
+inline const QString kMsgMetodoP = QStringLiteral("Selecione o método de extração de fósforo da análise de solo!");
+inline const QString kMsgDuplicacao = QStringLiteral(
+    "Duplicação de código! Verificar se está registrando duas análises com as mesmas informacões de Fazenda, "
+    "Gleba e Data.");
+inline const QString kMsgEdicaoComRecomendacao = QStringLiteral(
+    "Esta análise não pode ser editada, porque já existem recomendações calculadas para ela. É preciso primero "
+    "excluir as recomendacões e depois editar a análise.");
+inline const QString kMsgExclusaoComRecomendacao = QStringLiteral(
+    "Esta análise não pode ser excluída, porque já existem recomendações calculadas para ela. É preciso primero "
+    "excluir as recomendacões e depois excluir a análise.");
+QString perguntaArroz(bool arroz);
+QString perguntaExclusao(const QString& codigo);
+QString avisoDataInexistente(const QString& data);
+
+// Executar of the analysis register: every check, then the write or the deletion. The window asks
+// the questions this returns and calls again with the answer. A failure of the database throws
+// StoreError after undoing what was begun, so that the table stays as it was.
+ResultadoCadastro CadastraAnalise(Store& db, const EntradaCadastro& entrada);
+
+// The clients as the selection grids show them: the column names, then one row of texts each.
+struct GradeClientes {
+    QStringList colunas;
+    QVector<QStringList> linhas;
+};
+GradeClientes LeClientes(Store& db);
+
+// The codes of the analyses whose client is exactly that name, in code order.
+QStringList AnalisesDoCliente(Store& db, const QString& cliente);
+
+// The first name that starts with the text, ignoring case; an empty text gives the first name.
+// -1 when none does.
+int BuscaCliente(const QStringList& nomes, const QString& texto);
+
+} // namespace lavra

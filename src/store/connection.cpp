@@ -237,6 +237,8 @@ void Connection::alterColumnType(const QString& table, const QString& column, co
             found = true;
         }
         QString definition = quoteIdentifier(name) + QLatin1Char(' ') + declared;
+        if (schema::typeFromDeclared(declared) == ColumnType::Text)
+            definition += QStringLiteral(" COLLATE NOCASE");
         if (!info.value(4).isNull())
             definition += QStringLiteral(" DEFAULT ") + info.value(4).toString();
         definitions << definition;

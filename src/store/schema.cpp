@@ -204,6 +204,9 @@ QString createStatement(const TableDef& table)
     QStringList columns;
     for (const ColumnDef& column : table.columns) {
         QString line = quoteIdentifier(column.name) + QLatin1Char(' ') + declaredType(column);
+        // Texts compare and sort without regard to case, as names and codes are typed by hand.
+        if (column.type == ColumnType::Text)
+            line += QStringLiteral(" COLLATE NOCASE");
         if (!column.defaultValue.isEmpty())
             line += QStringLiteral(" DEFAULT ") + column.defaultValue;
         columns << line;

@@ -1,1 +1,377 @@
-// analysis tests
+#include "app/session.h"
+#include "app/validation.h"
+#include "registers/analysis.h"
+#include "store/storeerror.h"
+#include "testsupport.h"
+
+#include <QDate>
+#include <gtest/gtest.h>
+
+using namespace lavra;
+
+namespace {
+
+// Numbers are written here with a point and typed with the machine's symbol.
+QString n(const char* text)
+{
+    return QString::fromLatin1(text).replace(QLatin1Char('.'), decimalSymbol());
+}
+
+// ---- CTC and saturation by bases ----
+
+struct CTCCase {
+    const char* ca;
+    const char* mg;
+    const char* hAl;
+    const char* k;
+    const char* ctc;  // nullptr: nothing is worked out
+    const char* bases;
+};
+
+class CalculaCTCTest : public ::testing::TestWithParam<QLocale> {};
+
+TEST_P(CalculaCTCTest, WorksInSinglesAndShowsTwoDecimals)
+{
+    test::MachineLocale locale(GetParam());
+    const CTCCase cases[] = {
+        {"5", "2", "3", "78", "10.20", "70.58"},
+        {"4.1", "1.6", "5.5", "96", "11.44", "51.93"},
+        {"2", "1", "1", "0", "4.00", "75.00"},
+        {"1.5", "0.5", "2", "39.9", "4.10", "51.22"},  // 4.0999999 in singles reads 4.1
+        {"0.125", "0", "0", "0", "0.13", "100.00"},    // halves away from zero
+        {"0", "0", "2.5", "0", "2.50", "0.00"},
+        {"0", "0", "0", "0", "0.00", "0.00"},          // nothing to saturate
+        {"", "2", "3", "78", nullptr, nullptr},
+        {"5", "2", "3", "", nullptr, nullptr},
+    };
+    for (const CTCCase& c : cases) {
+        const auto result = CalculaCTC(n(c.ca), n(c.mg), n(c.hAl), n(c.k));
+        SCOPED_TRACE(std::string(c.ca) + " " + c.mg + " " + c.hAl + " " + c.k);
+        if (!c.ctc) {
+            EXPECT_FALSE(result);
+            continue;
+        }
+        ASSERT_TRUE(result);
+        EXPECT_EQ(result->ctc, n(c.ctc));
+        EXPECT_EQ(result->bases, n(c.bases));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Locales, CalculaCTCTest, ::testing::Values(test::commaLocale(), test::pointLocale()));
+
+// ---- The register on a scratch database ----
+
+class AnalysisRegisterTest : public ::testing::Test {
+protected:
+    test::ScratchDatabase scratch;
+    Session session{scratch.path()};
+    QStringList questions;
+
+    static CamposAnalise sample()
+    {
+        CamposAnalise c;
+        c.cliente = QStringLiteral("João");
+        c.local = QStringLiteral("Passo Fundo");
+        c.fazenda = QStringLiteral("Santa Rita");
+        c.gleba = QStringLiteral("Talhão 3");
+        c.area = n("12.5");
+        c.numAnalise = QStringLiteral("L-123");
+        c.data = QStringLiteral("15/03/2021");
+        c.pH = n("5.2");
+        c.ca = n("4.1");
+        c.mg = n("1.6");
+        c.al = n("0.4");
+        c.hAl = n("5.5");
+        c.smp = n("5.8");
+        c.mo = n("3.2");
+        c.argila = QStringLiteral("45");
+        c.p = n("8.4");
+        c.k = QStringLiteral("96");
+        c.ctc = n("11.44");
+        c.bases = n("51.93");
+        c.mehlich = true;
+        return c;
+    }
+
+    // Runs Executar, answering every question with the given answer.
+    ResultadoCadastro run(const QString& operacao, const CamposAnalise& campos, const QString& codigo = {},
+                          Resposta answer = Resposta::Sim)
+    {
+        EntradaCadastro entrada{campos, operacao, codigo};
+        for (;;) {
+            const ResultadoCadastro r = CadastraAnalise(session.db, entrada);
+            if (r.desfecho != Desfecho::Pergunta)
+                return r;
+            questions << r.texto;
+            entrada.resposta = answer;
+        }
+    }
+
+    QString add(const CamposAnalise& campos)
+    {
+        const ResultadoCadastro r = run(kCadastro, campos);
+        EXPECT_EQ(r.desfecho, Desfecho::Concluida) << r.texto.toStdString();
+        return r.codAnalise;
+    }
+
+    int rows() const { return scratch.scalar(QStringLiteral("SELECT COUNT(*) FROM Analises")).toInt(); }
+
+    QVariant cell(const QString& codigo, int ordinal)
+    {
+        CarregaAnalise(session, codigo);
+        return session.Analise.value(ordinal);
+    }
+};
+
+class AnalysisColumnsTest : public AnalysisRegisterTest, public ::testing::WithParamInterface<QLocale> {};
+
+TEST_P(AnalysisColumnsTest, RegistrationWritesEveryColumn)
+{
+    test::MachineLocale locale(GetParam());
+    const QString codigo = add(sample());
+    EXPECT_EQ(codigo, QStringLiteral("Santa Rita/Talhão 3/15/03/2021"));
+    EXPECT_TRUE(questions == QStringList{perguntaArroz(false)});
+
+    CarregaAnalise(session, codigo);
+    const QVector<QVariant>& a = session.Analise;
+    ASSERT_EQ(a.size(), analise::kColunas);
+    const QStringList texts = {codigo, "João", "Passo Fundo", "Santa Rita", "Talhão 3"};
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(a[i].toString(), texts[i]) << i;
+    EXPECT_EQ(a[5].toDate(), QDate(2021, 3, 15));
+    EXPECT_EQ(a[7].toString(), QStringLiteral("L-123"));
+    const float singles[] = {12.5f, 0, 5.2f, 4.1f, 1.6f, 0.4f, 5.5f,
+                             100.0f * 0.4f / (96.0f / 399.0f + 4.1f + 1.6f + 0.4f),
+                             51.93f, 11.44f, 5.8f, 3.2f, 45.0f, 8.4f, 96.0f};
+    for (int ordinal = 6; ordinal <= 20; ++ordinal) {
+        if (ordinal != 7) {
+            EXPECT_EQ(a[ordinal].toFloat(), singles[ordinal - 6]) << ordinal;
+        }
+    }
+    // MetodoP, area condition, four reserved zeros, then the classes pH .. SatBases.
+    const int whole[] = {1, 1, 0, 0, 0, 0, 2, 4, 4, 3, 3, 4, 3, 2, 2};
+    for (int ordinal = 21; ordinal < analise::kColunas; ++ordinal)
+        EXPECT_EQ(a[ordinal].toInt(), whole[ordinal - 21]) << ordinal;
+}
+
+INSTANTIATE_TEST_SUITE_P(Locales, AnalysisColumnsTest, ::testing::Values(test::commaLocale(), test::pointLocale()));
+
+TEST_F(AnalysisRegisterTest, RiceChangesPhosphorusClassOnlyUnderMehlich)
+{
+    struct Case {
+        bool resina;
+        bool arroz;
+        int classeP;
+    };
+    const Case cases[] = {{false, false, 3}, {false, true, 4}, {true, false, 2}, {true, true, 2}};
+    int day = 1;
+    for (const Case& c : cases) {
+        CamposAnalise campos = sample();
+        campos.mehlich = !c.resina;
+        campos.resina = c.resina;
+        campos.arroz = c.arroz;
+        campos.data = QStringLiteral("%1/04/2021").arg(day++, 2, 10, QLatin1Char('0'));
+        const QString codigo = add(campos);
+        EXPECT_EQ(cell(codigo, 21).toInt(), c.resina ? 2 : 1);
+        EXPECT_EQ(cell(codigo, 22).toInt(), c.arroz ? 2 : 1);
+        EXPECT_EQ(cell(codigo, 31).toInt(), c.classeP) << c.resina << c.arroz;
+    }
+    EXPECT_EQ(questions.count(perguntaArroz(true)), 2);
+
+    // No to the question writes nothing.
+    CamposAnalise campos = sample();
+    campos.data = QStringLiteral("01/06/2021");
+    EXPECT_EQ(run(kCadastro, campos, {}, Resposta::Nao).desfecho, Desfecho::Desistiu);
+    EXPECT_EQ(rows(), 4);
+}
+
+TEST_F(AnalysisRegisterTest, RefusalsWriteNothing)
+{
+    test::MachineLocale locale(test::commaLocale());
+    struct Case {
+        const char* name;
+        std::function<void(CamposAnalise&, QString&)> change;
+        QString message;
+        QString field;
+    };
+    const Case cases[] = {
+        {"no operation", [](CamposAnalise&, QString& op) { op.clear(); }, kMsgNenhumaAcao, {}},
+        {"empty client", [](CamposAnalise& c, QString&) { c.cliente.clear(); }, kMsgCamposVazios, {}},
+        {"no CTC worked out", [](CamposAnalise& c, QString&) { c.ctc.clear(); }, kMsgCamposVazios, {}},
+        {"no method", [](CamposAnalise& c, QString&) { c.mehlich = false; }, kMsgMetodoP, {}},
+        {"sign", [](CamposAnalise& c, QString&) { c.ca = QStringLiteral("-5"); }, kMsgSimboloDecimal, "txtCa"},
+        {"point on a comma machine", [](CamposAnalise& c, QString&) { c.p = QStringLiteral("8.4"); },
+         kMsgSimboloDecimal, "txtP"},
+        {"not a number", [](CamposAnalise& c, QString&) { c.area = QStringLiteral("12a"); }, kMsgValorInvalido,
+         QStringLiteral("txtÁrea")},
+        {"empty date", [](CamposAnalise& c, QString&) { c.data = QStringLiteral("//"); }, kMsgDataInvalida, "mskData"},
+        {"month 13", [](CamposAnalise& c, QString&) { c.data = QStringLiteral("10/13/2020"); }, kMsgDataInvalida,
+         "mskData"},
+        {"no such day", [](CamposAnalise& c, QString&) { c.data = QStringLiteral("31/02/2010"); },
+         QStringLiteral("Data inexistente: 31/02/2010. Verifique o dia e o mês."), "mskData"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        CamposAnalise campos = sample();
+        QString operacao = kCadastro;
+        c.change(campos, operacao);
+        const ResultadoCadastro r = run(operacao, campos);
+        EXPECT_EQ(r.desfecho, Desfecho::Aviso);
+        EXPECT_EQ(r.texto, c.message);
+        EXPECT_EQ(r.campo, c.field);
+    }
+    EXPECT_EQ(rows(), 0);
+    EXPECT_FALSE(session.db.cn.isOpen());
+}
+
+TEST_F(AnalysisRegisterTest, SameFarmFieldAndDateIsRefusedEvenForAnotherClient)
+{
+    add(sample());
+    CamposAnalise other = sample();
+    other.cliente = QStringLiteral("Bruno");
+    const ResultadoCadastro r = run(kCadastro, other);
+    EXPECT_EQ(r.texto, kMsgDuplicacao);
+    EXPECT_EQ(r.codAnalise, QStringLiteral("Santa Rita/Talhão 3/15/03/2021"));
+    EXPECT_EQ(rows(), 1);
+}
+
+TEST_F(AnalysisRegisterTest, EditKeepsOrChangesTheCode)
+{
+    const QString first = add(sample());
+    CamposAnalise second = sample();
+    second.data = QStringLiteral("16/03/2021");
+    const QString other = add(second);
+
+    // Same farm, field and date: no duplication test, the row changes in place.
+    CamposAnalise edited = sample();
+    edited.pH = QStringLiteral("6");
+    EXPECT_EQ(run(kEdicao, edited, first).desfecho, Desfecho::Concluida);
+    EXPECT_EQ(cell(first, 8).toFloat(), 6.0f);
+    EXPECT_EQ(cell(first, 27).toInt(), 3);
+
+    // Onto the other analysis's date: refused.
+    edited.data = QStringLiteral("16/03/2021");
+    EXPECT_EQ(run(kEdicao, edited, first).texto, kMsgDuplicacao);
+
+    // A free date: the code follows the fields.
+    edited.data = QStringLiteral("17/03/2021");
+    const ResultadoCadastro r = run(kEdicao, edited, first);
+    EXPECT_EQ(r.desfecho, Desfecho::Concluida);
+    EXPECT_EQ(r.codAnalise, first);
+    EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT COUNT(*) FROM Analises WHERE Código = 'Santa Rita/Talhão "
+                                            "3/17/03/2021'")).toInt(), 1);
+    EXPECT_EQ(rows(), 2);
+    EXPECT_EQ(cell(other, 0).toString(), other);
+}
+
+TEST_F(AnalysisRegisterTest, RecommendationsHoldEditAndDeletionBack)
+{
+    struct Case {
+        const char* table;
+        bool editable;
+        bool deletable;
+    };
+    // A forest recommendation blocks the edit and not the deletion.
+    const Case cases[] = {{"RecoForm", false, false}, {"RecoFormulac", false, false}, {"RecoFlorest", false, true}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.table);
+        const QString codigo = add(sample());
+        scratch.exec(QStringLiteral("INSERT INTO %1 (CodAnalise) VALUES ('%2')").arg(QString::fromLatin1(c.table), codigo));
+
+        const ResultadoCadastro edit = run(kEdicao, sample(), codigo);
+        EXPECT_EQ(edit.desfecho, Desfecho::Critico);
+        EXPECT_EQ(edit.texto, kMsgEdicaoComRecomendacao);
+
+        const ResultadoCadastro del = run(kExclusao, CamposAnalise{}, codigo);
+        EXPECT_EQ(del.desfecho, c.deletable ? Desfecho::Concluida : Desfecho::Critico);
+        if (!c.deletable) {
+            EXPECT_EQ(del.texto, kMsgExclusaoComRecomendacao);
+            scratch.exec(QStringLiteral("DELETE FROM Analises"));
+        }
+        EXPECT_EQ(rows(), 0);
+        scratch.exec(QStringLiteral("DELETE FROM %1").arg(QString::fromLatin1(c.table)));
+    }
+}
+
+TEST_F(AnalysisRegisterTest, DeletionAsksAndNoKeepsTheRow)
+{
+    const QString codigo = add(sample());
+    questions.clear();
+    EXPECT_EQ(run(kExclusao, {}, codigo, Resposta::Nao).desfecho, Desfecho::NaoExcluida);
+    EXPECT_TRUE(questions == QStringList{codigo + QStringLiteral(" será excluída, confirma?")});
+    EXPECT_EQ(rows(), 1);
+
+    // A code that no row has: nothing to ask.
+    questions.clear();
+    EXPECT_EQ(run(kExclusao, {}, QStringLiteral("x/y/01/01/2000")).desfecho, Desfecho::NaoExcluida);
+    EXPECT_TRUE(questions.isEmpty());
+
+    EXPECT_EQ(run(kExclusao, {}, codigo).desfecho, Desfecho::Concluida);
+    EXPECT_EQ(rows(), 0);
+}
+
+TEST_F(AnalysisRegisterTest, DatabaseFailureLeavesTheTableAsItWas)
+{
+    const QString codigo = add(sample());
+    CamposAnalise huge = sample();
+    huge.p = QString(40, QLatin1Char('9'));  // beyond a 32-bit float
+    huge.data = QStringLiteral("20/03/2021");
+    EXPECT_THROW(run(kCadastro, huge), StoreError);
+    EXPECT_EQ(rows(), 1);
+    EXPECT_FALSE(session.db.cn.isOpen());
+
+    huge.data = sample().data;
+    EXPECT_THROW(run(kEdicao, huge, codigo), StoreError);
+    EXPECT_EQ(cell(codigo, 19).toFloat(), 8.4f);
+}
+
+TEST_F(AnalysisRegisterTest, LoadingTakesAQuoteAndRefusesAMissingCode)
+{
+    test::MachineLocale locale(test::commaLocale());
+    CamposAnalise campos = sample();
+    campos.fazenda = QStringLiteral("D'Ávila");
+    campos.resina = true;
+    campos.mehlich = false;
+    campos.arroz = true;
+    const QString codigo = add(campos);
+    EXPECT_EQ(cell(codigo, 3).toString(), QStringLiteral("D'Ávila"));
+
+    const CamposAnalise back = LeAnalise(session.db, codigo, QStringLiteral("João"));
+    EXPECT_EQ(back.fazenda, QStringLiteral("D'Ávila"));
+    EXPECT_EQ(back.data, QStringLiteral("15/03/2021"));
+    EXPECT_EQ(back.area, QStringLiteral("12,5"));
+    EXPECT_EQ(back.pH, QStringLiteral("5,2"));
+    EXPECT_EQ(back.smp, QStringLiteral("5,8"));
+    EXPECT_TRUE(back.resina && !back.mehlich && back.arroz);
+    EXPECT_TRUE(back.ctc.isEmpty());
+
+    EXPECT_THROW(LeAnalise(session.db, codigo, QStringLiteral("JOÃO")), StoreError);
+    EXPECT_THROW(CarregaAnalise(session, QStringLiteral("Santa Rita/%/15/03/2021")), StoreError);
+    EXPECT_FALSE(session.db.cn.isOpen());
+}
+
+TEST_F(AnalysisRegisterTest, AnalysesBelongToTheExactName)
+{
+    const std::pair<const char*, const char*> owners[] = {{"Ana", "01"}, {"ANA", "02"}, {"Ana Maria", "03"}, {"Ana", "04"}};
+    for (const auto& [cliente, dia] : owners) {
+        CamposAnalise campos = sample();
+        campos.cliente = QString::fromUtf8(cliente);
+        campos.data = QStringLiteral("%1/05/2021").arg(QString::fromLatin1(dia));
+        add(campos);
+    }
+    EXPECT_EQ(AnalisesDoCliente(session.db, QStringLiteral("Ana")),
+              (QStringList{"Santa Rita/Talhão 3/01/05/2021", "Santa Rita/Talhão 3/04/05/2021"}));
+    EXPECT_TRUE(AnalisesDoCliente(session.db, QStringLiteral("Bruno")).isEmpty());
+}
+
+TEST(BuscaClienteTest, FirstNameStartingWithTheTextIgnoringCase)
+{
+    const QStringList nomes = {"Ana", "Bruno", "bruna", "Carlos"};
+    const std::pair<const char*, int> cases[] = {{"", 0}, {"b", 1}, {"BRUNA", 2}, {"brun", 1}, {"car", 3},
+                                                 {"x", -1}, {"Carlos Silva", -1}};
+    for (const auto& [texto, linha] : cases)
+        EXPECT_EQ(BuscaCliente(nomes, QString::fromLatin1(texto)), linha) << texto;
+    EXPECT_EQ(BuscaCliente({}, QString()), -1);
+}
+
+} // namespace

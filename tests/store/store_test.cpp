@@ -80,6 +80,20 @@ TEST_F(StoreTest, MovingOffAnEditedRowSavesIt)
               QStringLiteral("Vacaria"));
 }
 
+TEST_F(StoreTest, TextsSortAndCompareWithoutRegardToCase)
+{
+    for (const char* name : {"bruna", "Carlos", "ana"})
+        addClient(QString::fromLatin1(name));
+    db.AbreTabela(QStringLiteral("SELECT * FROM Clientes ORDER BY Nome"));
+    QStringList order;
+    for (; !db.rs.atEnd(); db.rs.moveNext())
+        order << db.rs.value(0).toString();
+    EXPECT_EQ(order, (QStringList{"ana", "bruna", "Carlos"}));
+    db.AbreTabela(QStringLiteral("SELECT * FROM Clientes WHERE Nome = 'CARLOS'"));
+    EXPECT_EQ(db.rs.recordCount(), 1);
+    db.fecha();
+}
+
 TEST_F(StoreTest, DeleteIsWrittenAtOnceAndTheCursorStandsOnTheNextRow)
 {
     addClient(QStringLiteral("Ana"));

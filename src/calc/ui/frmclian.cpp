@@ -1,9 +1,218 @@
-#include "calc/ui/windows.h"
+#include "frmclian.h"
 
-#include <QWidget>
+#include "app/navigation.h"
+#include "app/session.h"
+#include "app/ui/messages.h"
+#include "app/ui/windowregistry.h"
+#include "calc/ui/windows.h"
+#include "registers/analysis.h"
+#include "registers/ui/frmcadanalise.h"
+#include "registers/ui/frmcliente.h"
+#include "store/storeerror.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QStyle>
+#include <QTableWidget>
+#include <QVBoxLayout>
 
 namespace lavra::ui {
 
-QWidget* criaFrmCliAn(Session&, WindowRegistry&) { return new QWidget; }
+namespace {
+
+const QString kModoAnalise = QStringLiteral("Analise");
+const QString kModoCalcular = QStringLiteral("Calcular");
+
+// 1700 twips, the width each client column was given.
+int larguraColuna(const QWidget* widget)
+{
+    return 1700 * widget->logicalDpiX() / 1440;
+}
+
+} // namespace
+
+FrmCliAn::FrmCliAn(Session& session, WindowRegistry& windows, QWidget* parent)
+    : QWidget(parent, Qt::Window), m_session(session), m_windows(windows)
+{
+    setObjectName(QStringLiteral("frmCliAn"));
+    setWindowTitle(QStringLiteral("Clientes e Análises"));
+    auto* layout = new QVBoxLayout(this);
+
+    auto* lblBusca = new QLabel(QStringLiteral("Digite as iniciais do cliente para iniciar a busca"), this);
+    lblBusca->setObjectName(QStringLiteral("Label1"));
+    m_txtCli = new QLineEdit(this);
+    m_txtCli->setObjectName(QStringLiteral("txtCli"));
+    m_txtCli->setMaximumWidth(320);
+    lblBusca->setBuddy(m_txtCli);
+    layout->addWidget(lblBusca);
+    layout->addWidget(m_txtCli);
+
+    auto* meio = new QHBoxLayout;
+    m_flxCli = criaGradeClientes(this);
+    meio->addWidget(m_flxCli, 1);
+    auto* direita = new QVBoxLayout;
+    auto* lblAna = new QLabel(QStringLiteral("Análises cadastradas (Fazenda/Gleba/Data)"), this);
+    lblAna->setObjectName(QStringLiteral("Label2"));
+    m_lstAna = new QListWidget(this);
+    m_lstAna->setObjectName(QStringLiteral("lstAna"));
+    m_lstAna->setMinimumWidth(lblAna->sizeHint().width());
+    lblAna->setBuddy(m_lstAna);
+    direita->addWidget(lblAna);
+    direita->addWidget(m_lstAna, 1);
+    meio->addLayout(direita);
+    layout->addLayout(meio, 1);
+
+    auto* botoes = new QHBoxLayout;
+    auto* cmdCancela = new QPushButton(QStringLiteral("Cancelar"), this);
+    cmdCancela->setObjectName(QStringLiteral("cmdCancela"));
+    auto* cmdContinua = new QPushButton(QStringLiteral("Prosseguir >>"), this);
+    cmdContinua->setObjectName(QStringLiteral("cmdContinua"));
+    cmdContinua->setDefault(true);
+    botoes->addStretch();
+    for (QPushButton* botao : {cmdCancela, cmdContinua}) {
+        botao->setMinimumWidth(110);
+        botoes->addWidget(botao);
+    }
+    layout->addLayout(botoes);
+    setTabOrder(m_txtCli, m_flxCli);
+    setTabOrder(m_flxCli, m_lstAna);
+    setTabOrder(m_lstAna, cmdContinua);
+    setTabOrder(cmdContinua, cmdCancela);
+
+    connect(m_txtCli, &QLineEdit::textChanged, this, &FrmCliAn::busca);
+    connect(m_flxCli, &QTableWidget::currentCellChanged, this,
+            [this](int linha, int, int anterior, int) {
+                if (linha != anterior)
+                    preencheAnalises();
+            });
+    connect(m_lstAna, &QListWidget::itemDoubleClicked, this, &FrmCliAn::continua);
+    connect(cmdContinua, &QPushButton::clicked, this, &FrmCliAn::continua);
+    connect(cmdCancela, &QPushButton::clicked, this, &FrmCliAn::cancela);
+
+    try {
+        preencheGradeClientes(m_flxCli, LeClientes(m_session.db));
+    } catch (const StoreError& error) {
+        erroBanco(this, error);
+    }
+    for (int coluna = 0; coluna < m_flxCli->columnCount(); ++coluna)
+        m_flxCli->setColumnWidth(coluna, larguraColuna(this));
+    m_flxCli->horizontalHeader()->setStretchLastSection(true);
+    // All five columns in view, with room for the vertical scroll bar.
+    m_flxCli->setMinimumWidth(5 * larguraColuna(this) + 2 * m_flxCli->frameWidth()
+                              + m_flxCli->style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+    if (m_flxCli->rowCount() > 0)
+        m_flxCli->setCurrentCell(0, 0);
+    else
+        preencheAnalises();
+    resize(sizeHint().width(), 420);
+}
+
+QString FrmCliAn::marcaEscolha() const
+{
+    // No separator between the two: row 1 at position 12 reads as row 11 at position 2.
+    const int linha = m_flxCli->currentRow() < 0 ? 0 : m_flxCli->currentRow() + 1;
+    return QString::number(linha) + QString::number(m_lstAna->currentRow());
+}
+
+void FrmCliAn::showEvent(QShowEvent* event)
+{
+    m_marca = marcaEscolha();
+    QWidget::showEvent(event);
+}
+
+void FrmCliAn::closeEvent(QCloseEvent* event)
+{
+    // Closed by its box while choosing for the register, it gives the register its buttons back
+    // as Cancelar would.
+    if (!m_entregue && m_session.ModoEscolha == kModoAnalise) {
+        if (auto* cadastro = qobject_cast<FrmCadAnalise*>(m_windows.window(QStringLiteral("frmCadAnalise"))))
+            cadastro->escolhaCancelada();
+    }
+    m_entregue = true;
+    QWidget::closeEvent(event);
+}
+
+void FrmCliAn::preencheAnalises()
+{
+    m_lstAna->clear();
+    const QTableWidgetItem* nome = m_flxCli->currentRow() < 0 ? nullptr : m_flxCli->item(m_flxCli->currentRow(), 0);
+    if (!nome)
+        return;
+    try {
+        m_lstAna->addItems(AnalisesDoCliente(m_session.db, nome->text()));
+    } catch (const StoreError& error) {
+        erroBanco(this, error);
+    }
+}
+
+void FrmCliAn::busca(const QString& texto)
+{
+    const int anterior = m_flxCli->currentRow();
+    const int achada = buscaNaGrade(m_flxCli, texto);
+    // A new row refills the list through the grid; the same row is read again here.
+    if (achada >= 0 && achada == anterior)
+        preencheAnalises();
+}
+
+void FrmCliAn::continua()
+{
+    const QList<QListWidgetItem*> escolhidas = m_lstAna->selectedItems();
+    if (escolhidas.isEmpty()) {
+        aviso(this, QStringLiteral("Selecione cliente e análise!"));
+        return;
+    }
+    m_session.NomeCliente = m_flxCli->item(m_flxCli->currentRow(), 0)->text();
+    m_session.CodAnalise = escolhidas.first()->text();
+    const QString modo = m_session.ModoEscolha;
+
+    if (modo == kModoCalcular) {
+        hide();
+        try {
+            CarregaAnalise(m_session, m_session.CodAnalise);
+        } catch (const StoreError& error) {
+            // The analysis went away while the window stood open: stay here for another choice.
+            erroBanco(this, error);
+            show();
+            return;
+        }
+        if (marcaEscolha() != m_marca)
+            FechaAposEscolha(m_session, m_windows);
+        m_windows.show(QStringLiteral("frmGrupCult"));
+    } else if (modo == kModoAnalise) {
+        hide();
+        m_entregue = true;
+        if (auto* cadastro = qobject_cast<FrmCadAnalise*>(m_windows.window(QStringLiteral("frmCadAnalise"))))
+            cadastro->Carrega();
+        close();
+    } else {
+        mostraGrafico(modo);
+    }
+}
+
+void FrmCliAn::mostraGrafico(const QString& modo)
+{
+    // "EvolFert", "Fertigráfico" and "OcupaCTC" open the chart windows, which are still to come;
+    // until then the window stays as it is.
+    Q_UNUSED(modo);
+}
+
+void FrmCliAn::cancela()
+{
+    if (m_session.ModoEscolha == kModoAnalise) {
+        close();
+        return;
+    }
+    FechaJanelas(m_session, m_windows, true);
+}
+
+QWidget* criaFrmCliAn(Session& session, WindowRegistry& windows)
+{
+    return new FrmCliAn(session, windows);
+}
 
 } // namespace lavra::ui

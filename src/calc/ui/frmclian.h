@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QWidget>
+
+class QLineEdit;
+class QListWidget;
+class QTableWidget;
+
+namespace lavra {
+struct Session;
+}
+
+namespace lavra::ui {
+
+class WindowRegistry;
+
+// Chooses a client and one of his analyses, for the calculation, the analysis register or a
+// chart, as the session's ModoEscolha says. It is not part of the closing lock of the chain.
+class FrmCliAn final : public QWidget {
+    Q_OBJECT
+
+public:
+    FrmCliAn(Session& session, WindowRegistry& windows, QWidget* parent = nullptr);
+
+    // The current client row, counted from 1 under the heading, followed by the list position.
+    QString marcaEscolha() const;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void preencheAnalises();
+    void busca(const QString& texto);
+    void continua();
+    void cancela();
+    // Where the chart modes will hand over the chosen analysis.
+    void mostraGrafico(const QString& modo);
+
+    Session& m_session;
+    WindowRegistry& m_windows;
+    QLineEdit* m_txtCli = nullptr;
+    QTableWidget* m_flxCli = nullptr;
+    QListWidget* m_lstAna = nullptr;
+    // The choice as it stood when the window last came to the front.
+    QString m_marca;
+    bool m_entregue = false;
+};
+
+} // namespace lavra::ui

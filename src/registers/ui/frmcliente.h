@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QWidget>
+
+class QLineEdit;
+class QTableWidget;
+
+namespace lavra {
+struct Session;
+struct GradeClientes;
+}
+
+namespace lavra::ui {
+
+class WindowRegistry;
+
+// The clients in a grid with a heading of column names, as both client pickers show them.
+QTableWidget* criaGradeClientes(QWidget* parent);
+void preencheGradeClientes(QTableWidget* grade, const GradeClientes& clientes);
+// The incremental search of the pickers: the first client whose name starts with the text becomes
+// the current row and the top of the grid. Returns that row, or -1 and moves nothing.
+int buscaNaGrade(QTableWidget* grade, const QString& texto);
+
+// The small picker that fills the client of the analysis register.
+class FrmCliente final : public QWidget {
+    Q_OBJECT
+
+public:
+    FrmCliente(Session& session, WindowRegistry& windows, QWidget* parent = nullptr);
+
+private:
+    void continua();
+
+    Session& m_session;
+    WindowRegistry& m_windows;
+    QTableWidget* m_flxCli = nullptr;
+    QLineEdit* m_txtCli = nullptr;
+};
+
+} // namespace lavra::ui
