@@ -1,5 +1,6 @@
 #include "infowindows.h"
 
+#include "buttons.h"
 #include "links.h"
 
 #include <QDialogButtonBox>
@@ -17,14 +18,8 @@ namespace {
 // A "Fechar" button at the bottom right.
 void adicionaFechar(QWidget* window, QVBoxLayout* layout, const QString& name)
 {
-    auto* fechar = new QPushButton(QStringLiteral("Fechar"), window);
-    fechar->setObjectName(name);
-    fechar->setDefault(true);
+    QPushButton* fechar = adicionaBotoes(layout, window, {{name, QStringLiteral("Fechar")}}).first();
     QObject::connect(fechar, &QPushButton::clicked, window, &QWidget::close);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(fechar);
-    layout->addLayout(buttons);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "frmcliente.h"
 
 #include "app/session.h"
+#include "app/ui/buttons.h"
 #include "app/ui/messages.h"
 #include "app/ui/windowregistry.h"
 #include "registers/analysis.h"
@@ -81,18 +82,10 @@ FrmCliente::FrmCliente(Session& session, WindowRegistry& windows, QWidget* paren
     m_flxCli = criaGradeClientes(this);
     layout->addWidget(m_flxCli, 1);
 
-    auto* botoes = new QHBoxLayout;
-    botoes->addStretch();
-    auto* continuaBotao = new QPushButton(QStringLiteral("Continua"), this);
-    continuaBotao->setObjectName(QStringLiteral("cmdContinua"));
-    continuaBotao->setDefault(true);
-    auto* cancela = new QPushButton(QStringLiteral("Cancelar"), this);
-    cancela->setObjectName(QStringLiteral("cmdCancela"));
-    for (QPushButton* botao : {continuaBotao, cancela}) {
-        botao->setMinimumWidth(96);
-        botoes->addWidget(botao);
-    }
-    layout->addLayout(botoes);
+    const auto botoes = adicionaBotoes(layout, this, {{QStringLiteral("cmdContinua"), QStringLiteral("Continua")},
+                                                      {QStringLiteral("cmdCancela"), QStringLiteral("Cancelar")}});
+    QPushButton* continuaBotao = botoes[0];
+    QPushButton* cancela = botoes[1];
 
     connect(m_txtCli, &QLineEdit::textChanged, this, [this](const QString& texto) { buscaNaGrade(m_flxCli, texto); });
     connect(m_flxCli, &QTableWidget::cellDoubleClicked, this, &FrmCliente::continua);

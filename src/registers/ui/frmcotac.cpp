@@ -1,5 +1,6 @@
 #include "app/numbers.h"
 #include "app/session.h"
+#include "app/ui/buttons.h"
 #include "app/validation.h"
 #include "app/ui/fieldchecks.h"
 #include "app/ui/messages.h"
@@ -42,18 +43,10 @@ public:
         row->addStretch();
         layout->addLayout(row);
 
-        auto* buttons = new QHBoxLayout;
-        buttons->addStretch();
-        auto* atualiza = new QPushButton(QStringLiteral("Atualizar"), this);
-        atualiza->setObjectName(QStringLiteral("cmdAtualiza"));
-        atualiza->setDefault(true);
-        auto* fechar = new QPushButton(QStringLiteral("Fechar"), this);
-        fechar->setObjectName(QStringLiteral("Command1"));
-        buttons->addWidget(atualiza);
-        buttons->addWidget(fechar);
-        layout->addLayout(buttons);
-        connect(atualiza, &QPushButton::clicked, this, &FrmCotac::atualiza);
-        connect(fechar, &QPushButton::clicked, this, &QWidget::close);
+        const auto buttons = adicionaBotoes(layout, this, {{QStringLiteral("cmdAtualiza"), QStringLiteral("Atualizar")},
+                                                           {QStringLiteral("Command1"), QStringLiteral("Fechar")}});
+        connect(buttons[0], &QPushButton::clicked, this, &FrmCotac::atualiza);
+        connect(buttons[1], &QPushButton::clicked, this, &QWidget::close);
         ExibeCotacao();
         setMinimumWidth(380);
     }

@@ -1,4 +1,5 @@
 #include "app/session.h"
+#include "app/ui/buttons.h"
 #include "app/ui/messages.h"
 #include "registers/company.h"
 #include "store/storeerror.h"
@@ -43,18 +44,10 @@ public:
         layout->addLayout(form);
         layout->addStretch();
 
-        auto* buttons = new QHBoxLayout;
-        buttons->addStretch();
-        auto* salva = new QPushButton(QStringLiteral("Salvar"), this);
-        salva->setObjectName(QStringLiteral("cmdSalva"));
-        salva->setDefault(true);
-        auto* exclui = new QPushButton(QStringLiteral("Excluir"), this);
-        exclui->setObjectName(QStringLiteral("cmdCancel"));
-        buttons->addWidget(salva);
-        buttons->addWidget(exclui);
-        layout->addLayout(buttons);
-        connect(salva, &QPushButton::clicked, this, &FrmEmpresa::salva);
-        connect(exclui, &QPushButton::clicked, this, &FrmEmpresa::exclui);
+        const auto buttons = adicionaBotoes(layout, this, {{QStringLiteral("cmdSalva"), QStringLiteral("Salvar")},
+                                                           {QStringLiteral("cmdCancel"), QStringLiteral("Excluir")}});
+        connect(buttons[0], &QPushButton::clicked, this, &FrmEmpresa::salva);
+        connect(buttons[1], &QPushButton::clicked, this, &FrmEmpresa::exclui);
 
         try {
             if (const auto campos = LeEmpresa(m_session.db)) {

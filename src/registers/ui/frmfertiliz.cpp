@@ -1,4 +1,5 @@
 #include "app/session.h"
+#include "app/ui/buttons.h"
 #include "app/ui/fieldchecks.h"
 #include "app/ui/messages.h"
 #include "app/ui/windowregistry.h"
@@ -201,18 +202,10 @@ FrmTipoAdubo::FrmTipoAdubo(FrmFertiliz& register_) : QWidget(&register_, Qt::Dia
                       QStringLiteral("Fetilizantes orgânicos líquidos")});
     m_tipo->setCurrentIndex(-1);
     layout->addWidget(m_tipo);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    auto* aplicar = new QPushButton(QStringLiteral("Confirmar"), this);
-    aplicar->setObjectName(QStringLiteral("cmpAplica"));
-    aplicar->setDefault(true);
-    auto* cancelar = new QPushButton(QStringLiteral("Cancelar"), this);
-    cancelar->setObjectName(QStringLiteral("cmdCancel"));
-    buttons->addWidget(aplicar);
-    buttons->addWidget(cancelar);
-    layout->addLayout(buttons);
-    connect(aplicar, &QPushButton::clicked, this, &FrmTipoAdubo::aplica);
-    connect(cancelar, &QPushButton::clicked, this, &FrmTipoAdubo::cancela);
+    const auto buttons = adicionaBotoes(layout, this, {{QStringLiteral("cmpAplica"), QStringLiteral("Confirmar")},
+                                                       {QStringLiteral("cmdCancel"), QStringLiteral("Cancelar")}});
+    connect(buttons[0], &QPushButton::clicked, this, &FrmTipoAdubo::aplica);
+    connect(buttons[1], &QPushButton::clicked, this, &FrmTipoAdubo::cancela);
     setMinimumWidth(320);
 }
 
