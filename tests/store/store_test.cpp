@@ -1,3 +1,5 @@
+#include "store/changenotifier.h"
+#include "store/cursormodel.h"
 #include "store/database.h"
 #include "store/store.h"
 #include "store/storeerror.h"
@@ -243,6 +245,26 @@ TEST_F(StoreTest, NewRowTakesTheTableDefaults)
     db.rs.update();
     EXPECT_EQ(db.rs.value(3).toInt(), 0);
     db.fecha();
+}
+
+TEST_F(StoreTest, ViewsReadTheirTableAgainAfterAChangeByAnotherPath)
+{
+    addClient(QStringLiteral("Bruno"));
+    ChangeNotifier::instance().flush();  // what making the database told
+    CursorModel clients(scratch.path(), QStringLiteral("SELECT * FROM Clientes ORDER BY Nome"));
+    CursorModel materials(scratch.path(), QStringLiteral("SELECT * FROM Calcario"));
+    clients.setCurrentRow(0);
+    int materialResets = 0;
+    QObject::connect(&materials, &QAbstractItemModel::modelReset, [&materialResets]() { ++materialResets; });
+
+    addClient(QStringLiteral("Ana"));
+    EXPECT_EQ(clients.rowCount(), 1);  // not before the change is told
+    ChangeNotifier::instance().flush();
+    ASSERT_EQ(clients.rowCount(), 2);
+    EXPECT_EQ(clients.value(0, 0).toString(), QStringLiteral("Ana"));
+    // The current row follows its row, not its place.
+    EXPECT_EQ(clients.currentRow(), 1);
+    EXPECT_EQ(materialResets, 0);
 }
 
 } // namespace
