@@ -62,6 +62,8 @@ TEST(InputsTest, RowOfAFertiliser)
 TEST(InputsTest, QuotationRepricesEveryRowAndOverridesTheFixedRate)
 {
     test::ScratchDatabase scratch;
+    scratch.exec(QStringLiteral("DELETE FROM Calcario"));
+    scratch.exec(QStringLiteral("DELETE FROM NPK"));
     Store db(scratch.path());
     const QVariantList material = linhaCorretivo(QStringLiteral("Calcítico"), QStringLiteral("80"), QStringLiteral("100"));
     EXPECT_DOUBLE_EQ(material[3].toDouble(), 157.0);
@@ -80,6 +82,8 @@ TEST(InputsTest, QuotationRepricesEveryRowAndOverridesTheFixedRate)
 TEST(InputsTest, AFailedQuotationUpdateLeavesEveryPriceAsItWas)
 {
     test::ScratchDatabase scratch;
+    scratch.exec(QStringLiteral("DELETE FROM Calcario"));
+    scratch.exec(QStringLiteral("DELETE FROM NPK"));
     Store db(scratch.path());
     scratch.exec(QStringLiteral("INSERT INTO Calcario VALUES ('Calcítico', 80, 100, 157)"));
     scratch.exec(QStringLiteral("INSERT INTO NPK (\"Fórmula\", \"US$/t\", \"R$/t\") VALUES ('05-20-20', 400, 2200)"));

@@ -59,11 +59,12 @@ TEST(DatabaseTest, NewDatabaseHasTheQuotationRowAndAVersion)
 TEST(DatabaseTest, MedicinalTablesAnswerUnderEverySuffix)
 {
     test::ScratchDatabase scratch;
-    scratch.exec(QStringLiteral("INSERT INTO CONDMEDP VALUES ('Camomila', 60, 40, 20)"));
+    scratch.exec(QStringLiteral("INSERT INTO CONDMEDK VALUES ('Planta de teste', 60, 40, 20)"));
     Store db(scratch.path());
     for (const char* suffix : {"", "1", "2"}) {
-        db.AbreTabela(QStringLiteral("SELECT * FROM CONDMEDP%1;").arg(QString::fromLatin1(suffix)));
-        ASSERT_EQ(db.rs.recordCount(), 1);
+        db.AbreTabela(QStringLiteral("SELECT * FROM CONDMEDK%1;").arg(QString::fromLatin1(suffix)));
+        db.rs.moveLast();
+        EXPECT_EQ(db.rs.value(0).toString(), QStringLiteral("Planta de teste"));
         EXPECT_EQ(db.rs.value(1).toFloat(), 60.0f);
     }
     db.fecha();

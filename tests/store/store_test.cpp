@@ -163,6 +163,7 @@ TEST_F(StoreTest, QuotationMarkInAUserTextKeepsTheStatementWhole)
 
 TEST_F(StoreTest, StatementFormsOfTheProgram)
 {
+    scratch.exec(QStringLiteral("DELETE FROM NPK"));
     addFertiliser(QStringLiteral("05-20-20"), 5, 20, 20, 1);
     addFertiliser(QStringLiteral("Ureia"), 45, 0, 0, 0);
     addFertiliser(QStringLiteral("00-18-00"), 0, 18, 0, 0);

@@ -104,6 +104,7 @@ private Q_SLOTS:
     void fertiliserKindDecidesWhichFieldsApply()
     {
         UiHarness h;
+        h.exec(QStringLiteral("DELETE FROM NPK"));
         QWidget* w = h.open(QStringLiteral("frmFertiliz"));
         click(w, QStringLiteral("cmdNovo"));
         QWidget* kind = h.windows().window(QStringLiteral("frmTipoAdubo"));
@@ -136,6 +137,7 @@ private Q_SLOTS:
     void quotationRepricesBothLists()
     {
         UiHarness h;
+        h.exec(QStringLiteral("DELETE FROM Calcario"));
         h.exec(QStringLiteral("INSERT INTO Calcario VALUES ('Filler', 95, 70, 109.9)"));
         QWidget* w = h.open(QStringLiteral("frmCotac"));
         QCOMPARE(find<QLabel>(w, QStringLiteral("lbl1"))->text(), QStringLiteral("Cotação atual: 1 dolar = %1 reais").arg(numberText(5.5f)));
