@@ -2,6 +2,7 @@
 
 #include "app/startup.h"
 #include "calc/ui/windows.h"
+#include "plan/ui/windows.h"
 #include "registers/ui/windows.h"
 #include "frmabertura.h"
 #include "frmlavra.h"
@@ -58,6 +59,13 @@ void Aplicacao::registraJanelas()
     m_windows.registerWindow(QStringLiteral("frmEmpresa"), with(criaFrmEmpresa));
     m_windows.registerWindow(QStringLiteral("frmTecResp"), with(criaFrmTecResp));
     m_windows.registerWindow(QStringLiteral("frmCliAn"), with(criaFrmCliAn));
+    m_windows.registerWindow(QStringLiteral("frmGrupCult"), with(criaFrmGrupCult));
+    m_windows.registerWindow(QStringLiteral("frmCalagem"), with(criaFrmCalagem));
+    m_windows.registerWindow(QStringLiteral("frmGraos"), with(criaFrmGraos));
+    m_windows.registerWindow(QStringLiteral("frmAjusta"), with(criaFrmAjusta), Modo::Modal);
+    m_windows.registerWindow(QStringLiteral("frmNPK"), with(criaFrmNPK));
+    m_windows.registerWindow(QStringLiteral("frmParcelaN"), with(criaFrmParcelaN));
+    m_windows.registerWindow(QStringLiteral("frmFinalCalculo"), with(criaFrmFinalCalculo));
 }
 
 FrmLavra* Aplicacao::mostraJanelaPrincipal()

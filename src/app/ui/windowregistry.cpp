@@ -36,6 +36,8 @@ QWidget* WindowRegistry::show(const QString& name, std::optional<Modo> modo)
         if (entry == m_factories.constEnd())
             return nullptr;
         w = entry->factory();
+        if (!w)
+            return nullptr;
         w->setObjectName(name);
         // Closing a window loses what it held.
         w->setAttribute(Qt::WA_DeleteOnClose);

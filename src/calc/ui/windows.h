@@ -14,4 +14,10 @@ class WindowRegistry;
 // the charts.
 QWidget* criaFrmCliAn(Session& session, WindowRegistry& windows);
 
+// The steps of the calculation: crop group, liming, grain crops and the adjustment of a need.
+QWidget* criaFrmGrupCult(Session& session, WindowRegistry& windows);
+QWidget* criaFrmCalagem(Session& session, WindowRegistry& windows);
+QWidget* criaFrmGraos(Session& session, WindowRegistry& windows);
+QWidget* criaFrmAjusta(Session& session, WindowRegistry& windows);
+
 } // namespace lavra::ui

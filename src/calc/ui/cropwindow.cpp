@@ -1,0 +1,1 @@
+// crop window base

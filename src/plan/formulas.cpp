@@ -1,0 +1,1 @@
+#include "formulas.h"
