@@ -188,8 +188,16 @@ std::int64_t roundHalfEven(double value)
     return static_cast<std::int64_t>(std::nearbyint(value));
 }
 
-QString numberText(double value) { return withMachineSymbol(shortestGeneral(value)); }
-QString numberText(float value) { return withMachineSymbol(shortestGeneral(value)); }
+// Plain digits for every figure a user meets; the exponent form only for absurd magnitudes.
+QString numberText(double value)
+{
+    return withMachineSymbol(std::fabs(value) < 1e15 ? shortestFixed(value) : shortestGeneral(value));
+}
+
+QString numberText(float value)
+{
+    return withMachineSymbol(std::fabs(value) < 1e15f ? shortestFixed(value) : shortestGeneral(value));
+}
 
 QString variantNumberText(const QVariant& value)
 {

@@ -26,6 +26,8 @@ TEST(NumbersTest, TextIsReadUnderTheMachinesSetting)
         EXPECT_FALSE(parseNumber(QStringLiteral("1,5e")));
         EXPECT_EQ(numberText(0.1f), QStringLiteral("0,1"));
         EXPECT_EQ(variantNumberText(QVariant(10.1f)), QStringLiteral("10,1"));
+        EXPECT_EQ(numberText(100000.0f), QStringLiteral("100000"));
+        EXPECT_EQ(numberText(0.0005), QStringLiteral("0,0005"));
     }
     test::MachineLocale point(test::pointLocale());
     EXPECT_EQ(decimalSymbol(), QLatin1Char('.'));
