@@ -1,1 +1,476 @@
 #include "grains.h"
+
+#include "app/navigation.h"
+#include "app/numbers.h"
+#include "app/session.h"
+#include "calc/crops.h"
+#include "registers/interpretation.h"
+
+#include <cmath>
+
+namespace lavra {
+
+namespace {
+
+// Ordinals of Analise that the grain window reads.
+constexpr int kCtc = 15;
+constexpr int kArgila = 18;
+constexpr int kFosforo = 19;
+constexpr int kPotassio = 20;
+constexpr int kClasseMO = 30;
+constexpr int kClasseP = 31;
+constexpr int kClasseK = 32;
+constexpr int kClasseCtc = 33;
+
+// Columns of GRAON and of the P and K tables; a class column is the class plus this offset.
+constexpr int kColRendimento = 1;
+constexpr int kColAdicional = 2;
+constexpr int kColNBase = 3;
+constexpr int kDeslocamentoClasse = 2;
+
+// Elements of TabCorrecao: total, fraction and dose now, P of the official rule first.
+constexpr int kTotal = 0;
+constexpr int kFracao = 4;
+constexpr int kAgora = 8;
+constexpr int kGradual = 2;
+constexpr int kDoK = 1;
+
+// The dry mass of the previous crop moves both nitrogen figures of maize.
+constexpr double kMassaMinima = 2;
+constexpr double kMassaGramineas = 4;
+constexpr double kMassaLeguminosas = 3;
+constexpr double kAjusteMenor = 5;
+constexpr double kAjusteMaior = 10;
+// Pre-germinated rice takes all its nitrogen in topdressing, and this much beyond it.
+constexpr double kAcrescimoPreGerminado = 10;
+
+const QString kGramineas = QStringLiteral("Gramíneas");
+const QString kLeguminosas = QStringLiteral("Leguminosas");
+const QString kConsorcioPousio = QStringLiteral("Consórcio ou pousio");
+
+// The classes are small integers in the analysis; a fraction would be cut, as Int does.
+int classe(const Session& session, int ordinal)
+{
+    return static_cast<int>(std::floor(toNumber(session.Analise.value(ordinal)).value_or(0)));
+}
+
+float analiseSingle(const Session& session, int ordinal)
+{
+    return toSingle(toNumber(session.Analise.value(ordinal)).value_or(0));
+}
+
+// A cell of the manual: a 32-bit float read as the decimal it was typed as.
+std::optional<double> celula(const QVector<QVariant>& linha, int ordinal)
+{
+    if (ordinal < 1 || ordinal >= linha.size())
+        return std::nullopt;
+    const QVariant& valor = linha.at(ordinal);
+    if (valor.typeId() == QMetaType::Float)
+        return widenShortest(valor.toFloat());
+    return toNumber(valor);
+}
+
+// The first row whose column 0 equals the key, or nothing: the search of every manual table.
+std::optional<QVector<QVariant>> leLinha(Store& db, const Consulta& consulta)
+{
+    std::optional<QVector<QVariant>> linha;
+    try {
+        db.strSQL = QStringLiteral("SELECT * FROM ") + consulta.tabela + QStringLiteral(";");
+        db.AbreTabela(db.strSQL);
+        for (; !db.rs.atEnd(); db.rs.moveNext()) {
+            if (db.rs.value(0).toString() == consulta.chave) {
+                QVector<QVariant> valores;
+                for (int c = 0; c < db.rs.columnCount(); ++c)
+                    valores << db.rs.value(c);
+                linha = valores;
+                break;
+            }
+        }
+        db.fecha();
+    } catch (...) {
+        db.descarta();
+        throw;
+    }
+    return linha;
+}
+
+Recusa erro(const QString& texto)
+{
+    return { TipoMensagem::Erro, texto };
+}
+
+Recusa semLinha(const Consulta& consulta)
+{
+    return erro(
+        QStringLiteral("Não há na tabela %1 uma linha para \"%2\", e o cálculo não pode ser concluído.")
+            .arg(consulta.tabela, consulta.chave));
+}
+
+Recusa semValor(const Consulta& consulta, int ordinal)
+{
+    return erro(QStringLiteral("A linha \"%1\" da tabela %2 não tem valor na coluna %3; verifique as classes "
+                               "da análise.")
+                    .arg(consulta.chave, consulta.tabela)
+                    .arg(ordinal));
+}
+
+// A reference yield, an addition for each tonne above it, and the figure of the class.
+struct Leitura {
+    std::optional<double> valor;
+    std::optional<Recusa> falha;
+};
+
+Leitura necessidadeDaLinha(
+    const QVector<QVariant>& linha, const Consulta& consulta, int ordinalClasse, double e)
+{
+    const auto referencia = celula(linha, kColRendimento);
+    if (!referencia)
+        return { {}, semValor(consulta, kColRendimento) };
+    const auto daClasse = celula(linha, ordinalClasse);
+    if (!daClasse)
+        return { {}, semValor(consulta, ordinalClasse) };
+    if (e <= *referencia)
+        return { *daClasse, {} };
+    const auto adicional = celula(linha, kColAdicional);
+    if (!adicional)
+        return { {}, semValor(consulta, kColAdicional) };
+    return { (e - *referencia) * *adicional + *daClasse, {} };
+}
+
+// The change of both nitrogen figures of maize by the dry mass of the previous crop.
+double ajusteMassaSeca(const QString& anterior, double massa)
+{
+    if (massa < kMassaMinima)
+        return 0;
+    if (anterior == kGramineas || anterior == kConsorcioPousio)
+        return massa <= kMassaGramineas ? kAjusteMenor : kAjusteMaior;
+    if (anterior == kLeguminosas)
+        return massa <= kMassaLeguminosas ? -kAjusteMenor : -kAjusteMaior;
+    return 0;
+}
+
+std::optional<Recusa> verificaDefinicoes(const DefinicoesGraos& d, bool& limpaExpectativa)
+{
+    if (d.expectativa.isEmpty())
+        return Recusa { TipoMensagem::Aviso, kMsgInformeExpectativa };
+    if (recusaIncrementoArroz(d.posicao, d.expectativa)) {
+        limpaExpectativa = true;
+        return Recusa { TipoMensagem::Informacao, mensagemIncrementoArroz(culturasGraos().value(d.posicao)) };
+    }
+    if (d.posicao < 0 || d.posicao >= culturasGraos().size())
+        return Recusa { TipoMensagem::Aviso, kMsgSelecioneCultura };
+    if (arrozIrrigado(d.posicao) && d.sistemaSemeadura == 0)
+        return Recusa { TipoMensagem::Aviso, kMsgSelecioneSistema };
+    if (!cultivosAnterioresGraos(d.posicao).isEmpty() && d.cultivoAnterior.isEmpty())
+        return Recusa { TipoMensagem::Aviso, kMsgSelecioneCultivoAnterior };
+    if (d.posicao == graos::Milho && d.massaSeca.isEmpty())
+        return Recusa { TipoMensagem::Aviso, kMsgInformeMassaSeca };
+    return std::nullopt;
+}
+
+// Three fields of a correction text; a text with fewer gives empty fields.
+QStringList campos(const QString& correcao)
+{
+    QStringList partes = correcao.split(QLatin1Char('#'));
+    while (partes.size() < 3)
+        partes << QString();
+    return partes;
+}
+
+// The gradual doses go into the table as whole numbers.
+QVariant semDecimais(const QString& texto)
+{
+    const auto numero = parseNumber(texto);
+    return numero ? QVariant(std::trunc(*numero)) : QVariant(QString());
+}
+
+QString textoElemento(const QVariant& elemento)
+{
+    if (elemento.typeId() == QMetaType::Double)
+        return textoNumero(elemento.toDouble());
+    return elemento.toString();
+}
+
+} // namespace
+
+// ---- Shared by every crop window ------------------------------------------------------------
+
+QString textoNumero(double valor)
+{
+    if (valor == 0)
+        valor = 0; // no "-0"
+    QString texto = QString::number(valor, 'g', 15);
+    texto.replace(QLatin1Char('.'), decimalSymbol());
+    return texto;
+}
+
+QString janelaDoPlano(const QString& tipoPlano)
+{
+    if (tipoPlano == QStringLiteral("Fórmulas"))
+        return QStringLiteral("frmNPK");
+    if (tipoPlano == QStringLiteral("Formulação"))
+        return QStringLiteral("frmFormulação");
+    return {};
+}
+
+void NecessidadeRecalculada(Session& session, bool mantemObsAjuste)
+{
+    session.RefazPlano = 1;
+    if (!mantemObsAjuste)
+        session.ObsAjuste.clear();
+}
+
+void CopiaParaNec(Session& session, const TextosNec& nec)
+{
+    for (std::size_t i = 0; i < nec.size(); ++i) {
+        const auto numero = parseNumber(nec[i]);
+        session.Nec[i] = numero ? QVariant(toSingle(*numero)) : QVariant(nec[i]);
+    }
+}
+
+std::optional<Recusa> ProssegueCultura(Session& session, WindowHost& janelas, const QString& nomeCultura,
+    std::optional<float> expectativa, const TextosNec& nec)
+{
+    if (nec[0].isEmpty())
+        return Recusa { TipoMensagem::Aviso, kMsgNaoCalculada };
+    std::array<float, 4> valores {};
+    for (std::size_t i = 0; i < nec.size(); ++i) {
+        const auto numero = parseNumber(nec[i]);
+        if (!numero)
+            return erro(kMsgResultadoIncompleto);
+        valores[i] = toSingle(*numero);
+    }
+    session.Dados[1] = nomeCultura;
+    if (expectativa)
+        session.Dados[4] = QVariant(*expectativa);
+    for (std::size_t i = 0; i < valores.size(); ++i)
+        session.Nec[i] = QVariant(valores[i]);
+    if (session.RefazPlano == 1) {
+        FechaPlano(session, janelas);
+        session.RefazPlano = 0;
+    }
+    return std::nullopt;
+}
+
+// ---- Adjustment by the user -----------------------------------------------------------------
+
+QString perguntaAjuste()
+{
+    return QStringLiteral("A informação abaixo será impressa no laudo.\n\n\n'") + kObsAjuste
+        + QStringLiteral(".'\n\n\nConcorda?");
+}
+
+std::optional<QString> VerificaAjuste(const QStringList& ajustados)
+{
+    for (const QString& valor : ajustados) {
+        if (valor.isEmpty())
+            return kMsgCamposVazios;
+    }
+    for (const QString& valor : ajustados) {
+        if (!isNumericText(valor))
+            return kMsgCamposNaoNumericos;
+    }
+    return std::nullopt;
+}
+
+QString janelaAjustada(const QString& nomeGrupo)
+{
+    if (nomeGrupo == QStringLiteral("Produtoras de grãos"))
+        return QStringLiteral("frmGraos");
+    if (nomeGrupo == QStringLiteral("Hortaliças"))
+        return QStringLiteral("frmHort");
+    if (nomeGrupo == QStringLiteral("Forrageiras"))
+        return QStringLiteral("frmForrage");
+    if (nomeGrupo == QStringLiteral("Plantas Ornamentais"))
+        return QStringLiteral("frmOrnam");
+    return {};
+}
+
+void AplicaAjuste(Session& session)
+{
+    session.ObsAjuste = kObsAjuste;
+    session.RefazPlano = 1;
+}
+
+// ---- Grain crops ----------------------------------------------------------------------------
+
+const QStringList& sistemasSemeadura()
+{
+    static const QStringList lista
+        = { QStringLiteral("Selecione"), QStringLiteral("Solo seco"), QStringLiteral("Pré-germinado") };
+    return lista;
+}
+
+QString mensagemIncrementoArroz(const QString& cultura)
+{
+    return QStringLiteral(" Na cultura ") + cultura
+        + QStringLiteral(" são permitidos incrementos de rendimento de 2, 3 ou 4 t/ha. Ajuste o valor.");
+}
+
+bool recusaIncrementoArroz(int posicao, const QString& expectativa)
+{
+    if (posicao != graos::ArrozIrrigadoRS || expectativa.isEmpty())
+        return false;
+    const auto incremento = parseNumber(expectativa);
+    return !incremento || !incrementoArrozRSValido(*incremento);
+}
+
+CalculoGraos CalculaGraos(Session& session, const DefinicoesGraos& d)
+{
+    CalculoGraos r;
+    if (auto recusa = verificaDefinicoes(d, r.limpaExpectativa)) {
+        r.recusa = recusa;
+        return r;
+    }
+    // From here on the boxes hold this calculation or nothing.
+    r.substituiResultado = true;
+    const auto falha = [&r](const Recusa& recusa) {
+        r.recusa = recusa;
+        r.nec = {};
+        return r;
+    };
+    const auto e = parseNumber(d.expectativa);
+    if (!e)
+        return falha(erro(QStringLiteral("A expectativa de rendimento não é um número válido!")));
+
+    EntradaGraos entrada;
+    entrada.posicao = d.posicao;
+    entrada.expectativa = d.expectativa;
+    entrada.cultivoAnterior = d.cultivoAnterior;
+    entrada.classeCtc = classe(session, kClasseCtc);
+    entrada.cultivo = session.Cultivo;
+    const ChavesCultura chaves = chavesGraos(entrada);
+    TextosNec& nec = r.nec;
+
+    // Nitrogen. The legumes get 0 at once; GRAON holds no row for them.
+    if (nitrogenioZeroGraos(d.posicao)) {
+        nec[0] = QStringLiteral("0");
+        nec[3] = QStringLiteral("0");
+    }
+    if (const auto linha = leLinha(session.db, chaves.n)) {
+        const int ordinal = classe(session, kClasseMO) + kDeslocamentoClasse;
+        const auto base = celula(*linha, kColNBase);
+        if (!base)
+            return falha(semValor(chaves.n, kColNBase));
+        const Leitura total = necessidadeDaLinha(*linha, chaves.n, ordinal, *e);
+        if (total.falha)
+            return falha(*total.falha);
+        nec[3] = textoNumero(*total.valor - *base);
+        nec[0] = textoNumero(*base);
+    }
+
+    // The sums below read the box as text, so a row that was not found stops them.
+    const auto soma = [&nec](std::size_t caixa, double parcela) -> bool {
+        const auto atual = parseNumber(nec[caixa]);
+        if (!atual)
+            return false;
+        nec[caixa] = textoNumero(*atual + parcela);
+        return true;
+    };
+
+    if (arrozIrrigado(d.posicao) && d.sistemaSemeadura == kPreGerminado) {
+        if (!soma(3, kAcrescimoPreGerminado))
+            return falha(semLinha(chaves.n));
+        nec[0] = QStringLiteral("0");
+    }
+
+    if (d.posicao == graos::Milho) {
+        const auto massa = parseNumber(d.massaSeca);
+        if (!massa)
+            return falha(erro(QStringLiteral("A produção de massa seca não é um número válido!")));
+        const double ajuste = ajusteMassaSeca(d.cultivoAnterior, *massa);
+        if (ajuste != 0 && !(soma(0, ajuste) && soma(3, ajuste)))
+            return falha(semLinha(chaves.n));
+    }
+
+    // Phosphorus and potassium, by the tables of the crop order.
+    const std::array<std::pair<const Consulta*, int>, 2> nutrientes
+        = { { { &chaves.p, classe(session, kClasseP) }, { &chaves.k, classe(session, kClasseK) } } };
+    for (std::size_t n = 0; n < nutrientes.size(); ++n) {
+        const Consulta& consulta = *nutrientes[n].first;
+        if (const auto linha = leLinha(session.db, consulta)) {
+            const Leitura lida
+                = necessidadeDaLinha(*linha, consulta, nutrientes[n].second + kDeslocamentoClasse, *e);
+            if (lida.falha)
+                return falha(*lida.falha);
+            nec[1 + n] = textoNumero(*lida.valor);
+        }
+    }
+
+    // The table figures hold the official correction; the gradual rule swaps its dose in.
+    r.comCorrecao = !arrozIrrigado(d.posicao);
+    if (r.comCorrecao && d.ajusteGradual) {
+        const auto& tab = session.TabCorrecao;
+        for (std::size_t n = 0; n < 2; ++n) {
+            const auto oficial = toNumber(tab[kAgora + n]);
+            const auto gradual = toNumber(tab[kAgora + kGradual + n]);
+            if (!oficial || !gradual)
+                return falha(
+                    erro(QStringLiteral("A correção gradual não pôde ser aplicada: verifique a análise.")));
+            if (!soma(1 + n, *gradual - *oficial))
+                return falha(semLinha(n == 0 ? chaves.p : chaves.k));
+        }
+    }
+
+    session.CultivoTxt = chaves.cultivoTxt;
+    NecessidadeRecalculada(session, true);
+    return r;
+}
+
+void CarregaCorrecaoOficial(Session& session)
+{
+    auto& tab = session.TabCorrecao;
+    for (int n = 0; n < 2; ++n) {
+        const int ordinal = n == 0 ? kClasseP : kClasseK;
+        const QStringList partes = campos(CorrecaoPorClasse(session.Cultivo, classe(session, ordinal)));
+        tab[kTotal + n] = partes[2];
+        tab[kFracao + n] = partes[0];
+        tab[kAgora + n] = partes[1];
+    }
+}
+
+void CarregaCorrecaoGradual(Session& session)
+{
+    const float dP = DoseCorrecao(
+        analiseSingle(session, kArgila), analiseSingle(session, kFosforo), QStringLiteral("P"));
+    // Lower case on purpose: the potassium dose of this rule is always 0, and must stay so.
+    const float dK
+        = DoseCorrecao(analiseSingle(session, kCtc), analiseSingle(session, kPotassio), QStringLiteral("k"));
+    auto& tab = session.TabCorrecao;
+    const std::array<float, 2> doses = { dP, dK };
+    for (std::size_t n = 0; n < doses.size(); ++n) {
+        const QStringList partes = campos(CorrecaoPorDose(session.Cultivo, doses[n]));
+        tab[kTotal + kGradual + n] = semDecimais(partes[2]);
+        tab[kFracao + kGradual + n] = partes[0];
+        tab[kAgora + kGradual + n] = semDecimais(partes[1]);
+    }
+}
+
+std::array<QString, 6> AplicaCorrecao(const std::array<QVariant, 12>& tab, bool gradual)
+{
+    const int k = gradual ? kGradual : 0;
+    return { textoElemento(tab[kTotal + k]), textoElemento(tab[kFracao + k]), textoElemento(tab[kAgora + k]),
+        textoElemento(tab[kTotal + k + kDoK]), textoElemento(tab[kFracao + k + kDoK]),
+        textoElemento(tab[kAgora + k + kDoK]) };
+}
+
+QString nomeCulturaGraos(const DefinicoesGraos& d)
+{
+    const QString cultura = culturasGraos().value(d.posicao);
+    if (arrozIrrigado(d.posicao))
+        return cultura + QStringLiteral(" - ") + d.textoSistema;
+    return cultura;
+}
+
+std::optional<Recusa> ProssegueGraos(
+    Session& session, WindowHost& janelas, const DefinicoesGraos& d, const TextosNec& nec)
+{
+    if (nec[0].isEmpty())
+        return Recusa { TipoMensagem::Aviso, kMsgNaoCalculada };
+    const auto e = parseNumber(d.expectativa);
+    if (!e)
+        return erro(QStringLiteral("A expectativa de rendimento não é um número válido!"));
+    return ProssegueCultura(session, janelas, nomeCulturaGraos(d), toSingle(*e), nec);
+}
+
+} // namespace lavra

@@ -1,1 +1,208 @@
-// crop window base
+#include "cropwindow.h"
+
+#include "app/navigation.h"
+#include "app/session.h"
+#include "app/ui/buttons.h"
+#include "app/ui/fieldchecks.h"
+#include "app/ui/frmlavra.h"
+#include "app/ui/messages.h"
+#include "app/ui/windowregistry.h"
+#include "store/storeerror.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QPushButton>
+
+namespace lavra::ui {
+
+CropWindow::CropWindow(
+    Session& session, WindowRegistry& windows, const QStringList& culturas, QWidget* parent)
+    : ChainWindow(session, windows, parent)
+{
+    // Built first, so that the tab chain starts at the crop.
+    m_lstCulturas = new QListWidget(this);
+    m_lstCulturas->setObjectName(QStringLiteral("lstCulturas"));
+    m_lstCulturas->addItems(culturas);
+    connect(m_lstCulturas, &QListWidget::currentRowChanged, this, [this](int posicao) {
+        LimpaCalculo();
+        culturaEscolhida(posicao);
+    });
+}
+
+QStringList CropWindow::legendasNec()
+{
+    return { QStringLiteral("N base"), QStringLiteral("P base"), QStringLiteral("K base"),
+        QStringLiteral("N cob") };
+}
+
+QStringList CropWindow::necessidade() const
+{
+    QStringList valores;
+    for (const QLineEdit* caixa : m_txtNec)
+        valores << caixa->text();
+    return valores;
+}
+
+void CropWindow::aplicaAjuste(const QStringList& valores)
+{
+    for (int i = 0; i < m_txtNec.size() && i < valores.size(); ++i)
+        m_txtNec[i]->setText(valores[i]);
+}
+
+void CropWindow::LimpaCalculo()
+{
+    for (QLineEdit* caixa : m_txtNec)
+        caixa->clear();
+}
+
+TextosNec CropWindow::textosNec() const
+{
+    TextosNec textos;
+    const QStringList valores = necessidade();
+    for (std::size_t i = 0; i < textos.size(); ++i)
+        textos[i] = valores.value(static_cast<int>(i));
+    return textos;
+}
+
+QGroupBox* CropWindow::criaResultadoFinal(const QStringList& legendas)
+{
+    auto* frame = new QGroupBox(QStringLiteral("Resultado final (kg/ha)"), this);
+    auto* grade = new QGridLayout(frame);
+    for (int i = 0; i < legendas.size(); ++i) {
+        auto* caixa = new QLineEdit(frame);
+        caixa->setObjectName(QStringLiteral("txtNec_%1").arg(i));
+        somenteLeitura(caixa);
+        caixa->setAlignment(Qt::AlignRight);
+        caixa->setMinimumWidth(caixa->fontMetrics().horizontalAdvance(QStringLiteral("0000,00")) + 12);
+        auto* legenda = new QLabel(legendas[i], frame);
+        legenda->setBuddy(caixa);
+        grade->addWidget(legenda, 0, i, Qt::AlignBottom);
+        grade->addWidget(caixa, 1, i);
+        m_txtNec << caixa;
+    }
+    grade->setRowStretch(2, 1);
+    return frame;
+}
+
+void CropWindow::criaComandos(QBoxLayout* layout)
+{
+    const auto botoes = adicionaBotoes(layout, this,
+        { { QStringLiteral("cmdCalc"), QStringLiteral("Calcular") },
+            { QStringLiteral("cmdAjusta"), QStringLiteral("Ajustar") },
+            { QStringLiteral("cmdProssegue"), QStringLiteral("Prosseguir >>") },
+            { QStringLiteral("cmdRetorna"), QStringLiteral("<< Retornar") },
+            { QStringLiteral("cmdCancela"), QStringLiteral("Cancelar") } });
+    connect(botoes[0], &QPushButton::clicked, this, &CropWindow::calcula);
+    connect(botoes[1], &QPushButton::clicked, this, &CropWindow::ajusta);
+    connect(botoes[2], &QPushButton::clicked, this, &CropWindow::prossegueClicado);
+    connect(botoes[3], &QPushButton::clicked, this, [this]() {
+        hide();
+        m_windows.show(QStringLiteral("frmCalagem"));
+    });
+    connect(botoes[4], &QPushButton::clicked, this, [this]() { FechaJanelas(m_session, m_windows, true); });
+}
+
+void CropWindow::ligaCampoNumerico(QLineEdit* caixa)
+{
+    connect(caixa, &QLineEdit::textChanged, this, [this](const QString& texto) {
+        AvisaValorElevado(this, texto);
+        entradaMudou();
+    });
+    checaAoSair(caixa);
+}
+
+void CropWindow::somenteLeitura(QLineEdit* caixa)
+{
+    caixa->setReadOnly(true);
+    caixa->setFocusPolicy(Qt::ClickFocus);
+}
+
+void CropWindow::mostra(const Recusa& recusa)
+{
+    switch (recusa.tipo) {
+    case TipoMensagem::Aviso:
+        aviso(this, recusa.texto);
+        break;
+    case TipoMensagem::Informacao:
+        informacao(this, recusa.texto);
+        break;
+    case TipoMensagem::Erro:
+        critico(this, recusa.texto);
+        break;
+    }
+}
+
+void CropWindow::culturaEscolhida(int) { }
+
+void CropWindow::entradaMudou()
+{
+    LimpaCalculo();
+}
+
+QString CropWindow::proximaJanela() const
+{
+    return janelaDoPlano(m_session.TipoPlano);
+}
+
+void CropWindow::ajusta()
+{
+    if (m_txtNec.isEmpty() || m_txtNec[0]->text().isEmpty()) {
+        aviso(this, kMsgNaoCalculada);
+        return;
+    }
+    CopiaParaNec(m_session, textosNec());
+    m_windows.show(QStringLiteral("frmAjusta"));
+}
+
+void CropWindow::prossegueClicado()
+{
+    if (m_txtNec.isEmpty() || m_txtNec[0]->text().isEmpty()) {
+        aviso(this, kMsgNaoCalculada);
+        return;
+    }
+    // Checked before anything is written, so that the step stays as it was.
+    const QString proxima = proximaJanela();
+    if (proxima.isEmpty() || !m_windows.isRegistered(proxima)) {
+        informacao(this, kMsgPlanoIndisponivel);
+        return;
+    }
+    std::optional<Recusa> recusa;
+    try {
+        recusa = prossegue();
+    } catch (const StoreError& error) {
+        erroBanco(this, error);
+        return;
+    }
+    if (recusa) {
+        mostra(*recusa);
+        return;
+    }
+    hide();
+    if (!m_windows.show(proxima)) {
+        show();
+        informacao(this, kMsgPlanoIndisponivel);
+    }
+}
+
+QMenuBar* criaMenusCalculo(QWidget* janela, Session& session, WindowRegistry& windows)
+{
+    auto* menus = new QMenuBar(janela);
+    QAction* fert = menus->addAction(QStringLiteral("Fertigráfico"));
+    fert->setObjectName(QStringLiteral("mnuFert"));
+    // The chart comes in a later version; until then the item stays greyed.
+    fert->setEnabled(windows.isRegistered(QStringLiteral("frmChart")));
+    QObject::connect(fert, &QAction::triggered, janela, [&session, &windows]() {
+        session.GrafAvulso = 0;
+        windows.show(QStringLiteral("frmChart"));
+    });
+    QAction* calc = menus->addAction(QStringLiteral("Calculadora"));
+    calc->setObjectName(QStringLiteral("mnuCalc"));
+    QObject::connect(calc, &QAction::triggered, janela, []() { abreCalculadora(); });
+    return menus;
+}
+
+} // namespace lavra::ui

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "app/ui/chainwindow.h"
+#include "calc/grains.h"
+
+#include <QList>
+#include <QStringList>
+
+#include <optional>
+
+class QBoxLayout;
+class QGroupBox;
+class QLineEdit;
+class QListWidget;
+class QMenuBar;
+
+namespace lavra::ui {
+
+// What every crop window shares: the crop list lstCulturas, the result boxes txtNec_0.. under
+// "Resultado final (kg/ha)", and the buttons cmdCalc, cmdAjusta, cmdProssegue, cmdRetorna and
+// cmdCancela. A window derives from it, lays out its own inputs around m_lstCulturas, and
+// supplies the calculation and its part of "Prosseguir".
+class CropWindow : public ChainWindow {
+    Q_OBJECT
+
+public:
+    CropWindow(
+        Session& session, WindowRegistry& windows, const QStringList& culturas, QWidget* parent = nullptr);
+
+    // The result boxes as they stand, from box 0.
+    QStringList necessidade() const;
+    // The figures adjusted in frmAjusta, box by box; they count as a result of this window.
+    void aplicaAjuste(const QStringList& valores);
+    // Empties every result box: no result outlives the input that made it.
+    void LimpaCalculo();
+
+    // "N base", "P base", "K base", "N cob".
+    static QStringList legendasNec();
+
+protected:
+    // The frame "Resultado final (kg/ha)" with one read-only box per caption, caption above.
+    QGroupBox* criaResultadoFinal(const QStringList& legendas = legendasNec());
+    // The five buttons, in a row at the bottom of the layout.
+    void criaComandos(QBoxLayout* layout);
+    // A box of a number the user types: the warning against kilograms at each change, the
+    // check as it is left, and any change is a change of input.
+    void ligaCampoNumerico(QLineEdit* caixa);
+    // A result box of any frame: read-only, and out of the tab chain.
+    static void somenteLeitura(QLineEdit* caixa);
+    // A message of the logic, with its icon.
+    void mostra(const Recusa& recusa);
+    // The boxes as the four figures of most groups.
+    TextosNec textosNec() const;
+
+    // A click in lstCulturas, after the results were emptied.
+    virtual void culturaEscolhida(int posicao);
+    // Any change of an input.
+    virtual void entradaMudou();
+    // cmdCalc.
+    virtual void calcula() = 0;
+    // The crop's part of cmdProssegue once the need is known to be there; nothing when the
+    // window may go on.
+    virtual std::optional<Recusa> prossegue() = 0;
+    // The window that follows; the forest window has its own.
+    virtual QString proximaJanela() const;
+    // cmdAjusta; the forest window has its own adjustment.
+    virtual void ajusta();
+
+    QListWidget* m_lstCulturas = nullptr;
+    QList<QLineEdit*> m_txtNec;
+
+private:
+    void prossegueClicado();
+};
+
+// The menus of the calculation windows: mnuFert "Fertigráfico" and mnuCalc "Calculadora".
+QMenuBar* criaMenusCalculo(QWidget* janela, Session& session, WindowRegistry& windows);
+
+} // namespace lavra::ui
