@@ -133,7 +133,12 @@ QVariant convertForColumn(const QVariant& value, ColumnType type)
         return QVariant(static_cast<int>(rounded));
     }
     case ColumnType::Currency: return QVariant(std::round(*number * 10000.0) / 10000.0);
-    default: return QVariant(*number);
+    default:
+        // A 32-bit figure means its shortest decimal form: 22106.7f is kept as 22106.7, not as
+        // the 22106.69921875 its bits spell.
+        if (value.typeId() == QMetaType::Float)
+            return QVariant(widenShortest(value.toFloat()));
+        return QVariant(*number);
     }
 }
 
