@@ -3,6 +3,7 @@
 #include "app/startup.h"
 #include "calc/ui/windows.h"
 #include "plan/ui/windows.h"
+#include "report/ui/windows.h"
 #include "registers/ui/windows.h"
 #include "frmabertura.h"
 #include "frmlavra.h"
@@ -66,6 +67,11 @@ void Aplicacao::registraJanelas()
     m_windows.registerWindow(QStringLiteral("frmNPK"), with(criaFrmNPK));
     m_windows.registerWindow(QStringLiteral("frmParcelaN"), with(criaFrmParcelaN));
     m_windows.registerWindow(QStringLiteral("frmFinalCalculo"), with(criaFrmFinalCalculo));
+    m_windows.registerWindow(QStringLiteral("rptLdForml"), with(criaRptLdForml));
+    m_windows.registerWindow(QStringLiteral("rptLdFormlacao"), with(criaRptLdFormlacao));
+    m_windows.registerWindow(QStringLiteral("rptLdFlorest"), with(criaRptLdFlorest));
+    m_windows.registerWindow(QStringLiteral("frmObsLaudo"), with(criaFrmObsLaudo));
+    m_windows.registerWindow(QStringLiteral("frmAbreLaudo"), with(criaFrmAbreLaudo));
 }
 
 FrmLavra* Aplicacao::mostraJanelaPrincipal()

@@ -1,0 +1,9 @@
+#include "report/ui/windows.h"
+
+#include <QWidget>
+
+namespace lavra::ui {
+
+QWidget* criaFrmAbreLaudo(Session&, WindowRegistry&) { return nullptr; }
+
+} // namespace lavra::ui
