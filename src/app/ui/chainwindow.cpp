@@ -1,9 +1,12 @@
 #include "chainwindow.h"
 
 #include "app/session.h"
+#include "frmlavra.h"
 #include "windowregistry.h"
 
+#include <QAction>
 #include <QCloseEvent>
+#include <QMenuBar>
 
 namespace lavra::ui {
 
@@ -18,6 +21,22 @@ void ChainWindow::closeEvent(QCloseEvent* event)
         event->ignore();
     else
         event->accept();
+}
+
+QMenuBar* criaMenusCalculo(QWidget* janela, Session& session, WindowRegistry& windows)
+{
+    auto* menus = new QMenuBar(janela);
+    QAction* fert = menus->addAction(QStringLiteral("Fertigráfico"));
+    fert->setObjectName(QStringLiteral("mnuFert"));
+    fert->setEnabled(windows.isRegistered(QStringLiteral("frmChart")));
+    QObject::connect(fert, &QAction::triggered, janela, [&session, &windows]() {
+        session.GrafAvulso = 0;
+        windows.show(QStringLiteral("frmChart"));
+    });
+    QAction* calc = menus->addAction(QStringLiteral("Calculadora"));
+    calc->setObjectName(QStringLiteral("mnuCalc"));
+    QObject::connect(calc, &QAction::triggered, janela, []() { abreCalculadora(); });
+    return menus;
 }
 
 } // namespace lavra::ui

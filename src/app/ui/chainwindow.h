@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+class QMenuBar;
+
 namespace lavra {
 struct Session;
 }
@@ -24,5 +26,9 @@ protected:
     Session& m_session;
     WindowRegistry& m_windows;
 };
+
+// The menus of the calculation steps: "Fertigráfico" (mnuFert), greyed until the chart is
+// there, and "Calculadora" (mnuCalc).
+QMenuBar* criaMenusCalculo(QWidget* janela, Session& session, WindowRegistry& windows);
 
 } // namespace lavra::ui

@@ -188,21 +188,4 @@ void CropWindow::prossegueClicado()
     }
 }
 
-QMenuBar* criaMenusCalculo(QWidget* janela, Session& session, WindowRegistry& windows)
-{
-    auto* menus = new QMenuBar(janela);
-    QAction* fert = menus->addAction(QStringLiteral("Fertigráfico"));
-    fert->setObjectName(QStringLiteral("mnuFert"));
-    // The chart comes in a later version; until then the item stays greyed.
-    fert->setEnabled(windows.isRegistered(QStringLiteral("frmChart")));
-    QObject::connect(fert, &QAction::triggered, janela, [&session, &windows]() {
-        session.GrafAvulso = 0;
-        windows.show(QStringLiteral("frmChart"));
-    });
-    QAction* calc = menus->addAction(QStringLiteral("Calculadora"));
-    calc->setObjectName(QStringLiteral("mnuCalc"));
-    QObject::connect(calc, &QAction::triggered, janela, []() { abreCalculadora(); });
-    return menus;
-}
-
 } // namespace lavra::ui

@@ -73,7 +73,5 @@ private:
     void prossegueClicado();
 };
 
-// The menus of the calculation windows: mnuFert "Fertigráfico" and mnuCalc "Calculadora".
-QMenuBar* criaMenusCalculo(QWidget* janela, Session& session, WindowRegistry& windows);
 
 } // namespace lavra::ui

@@ -61,7 +61,7 @@ public:
     {
         setWindowTitle(QStringLiteral("Calagem"));
         auto* layout = new QVBoxLayout(this);
-        layout->setMenuBar(criaMenus());
+        layout->setMenuBar(criaMenusCalculo(this, m_session, m_windows));
 
         auto* sistemaFrame = new QGroupBox(QStringLiteral("Selecione a cultura ou o sistema de cultivo"), this);
         auto* sistemaLayout = new QVBoxLayout(sistemaFrame);
@@ -115,22 +115,6 @@ public:
     }
 
 private:
-    QMenuBar* criaMenus()
-    {
-        auto* menus = new QMenuBar(this);
-        QAction* fertig = menus->addAction(QStringLiteral("Fertigráfico"));
-        fertig->setObjectName(QStringLiteral("mnuFert"));
-        fertig->setEnabled(m_windows.isRegistered(QStringLiteral("frmChart")));
-        connect(fertig, &QAction::triggered, this, [this]() {
-            m_session.GrafAvulso = 0;
-            m_windows.show(QStringLiteral("frmChart"));
-        });
-        QAction* calc = menus->addAction(QStringLiteral("Calculadora"));
-        calc->setObjectName(QStringLiteral("mnuCalc"));
-        connect(calc, &QAction::triggered, this, []() { abreCalculadora(); });
-        return menus;
-    }
-
     QGroupBox* criaMetodos()
     {
         auto* frame = new QGroupBox(QStringLiteral("Selecione o método de cálculo"), this);

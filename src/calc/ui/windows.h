@@ -1,14 +1,8 @@
 #pragma once
 
-class QWidget;
-
-namespace lavra {
-struct Session;
-}
+#include "app/ui/factory.h"
 
 namespace lavra::ui {
-
-class WindowRegistry;
 
 // The selection of client and analysis, shared by the calculation, the analysis register and
 // the charts.

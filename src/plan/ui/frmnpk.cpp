@@ -66,21 +66,6 @@ QWidget* mostraJanela(QWidget* parent, WindowRegistry& windows, const QString& n
     return janela;
 }
 
-void adicionaMenusPlano(QWidget* janela, QBoxLayout* layout, Session& session, WindowRegistry& windows)
-{
-    auto* barra = new QMenuBar(janela);
-    QAction* fert = barra->addAction(QStringLiteral("Fertigráfico"));
-    fert->setObjectName(QStringLiteral("mnuFert"));
-    QObject::connect(fert, &QAction::triggered, janela, [janela, &session, &windows]() {
-        session.GrafAvulso = 0;
-        mostraJanela(janela, windows, QStringLiteral("frmChart"));
-    });
-    QAction* calc = barra->addAction(QStringLiteral("Calculadora"));
-    calc->setObjectName(QStringLiteral("mnuCalc"));
-    QObject::connect(calc, &QAction::triggered, janela, []() { abreCalculadora(); });
-    layout->setMenuBar(barra);
-}
-
 bool ConfirmaFornecimento(QWidget* parent, const NPKkg& nec, const NPKkg& forn)
 {
     const std::optional<QString> pergunta = PerguntaFornecimento(nec, forn);
@@ -93,7 +78,7 @@ FrmNPK::FrmNPK(Session& session, WindowRegistry& windows, QWidget* parent)
 {
     setWindowTitle(QStringLiteral("Fórmulas para Adubação de Base"));
     auto* layout = new QVBoxLayout(this);
-    adicionaMenusPlano(this, layout, m_session, m_windows);
+    layout->setMenuBar(criaMenusCalculo(this, m_session, m_windows));
 
     layout->addWidget(criaGrade(), 1);
     auto* meio = new QHBoxLayout;

@@ -32,8 +32,6 @@ inline const QString kMsgIndisponivel = QStringLiteral("Esta parte do programa a
 // returns null, so that the caller stays where it is.
 QWidget* mostraJanela(QWidget* parent, WindowRegistry& windows, const QString& nome);
 
-// The menus of the plan steps: "Fertigráfico" and "Calculadora".
-void adicionaMenusPlano(QWidget* janela, QBoxLayout* layout, Session& session, WindowRegistry& windows);
 
 // Asks, when the supply strays more than 10 kg/ha from the need, whether to go on with it.
 // True when the plan may go on.

@@ -9,6 +9,7 @@
 #include "store/cursormodel.h"
 #include "store/storeerror.h"
 
+#include <QMenuBar>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
@@ -55,7 +56,7 @@ FrmParcelaN::FrmParcelaN(Session& session, WindowRegistry& windows, QWidget* par
 {
     setWindowTitle(QStringLiteral("Cálculo e Parcelamento da Adubação Nitrogenada em Cobertura"));
     auto* layout = new QVBoxLayout(this);
-    adicionaMenusPlano(this, layout, m_session, m_windows);
+    layout->setMenuBar(criaMenusCalculo(this, m_session, m_windows));
 
     m_lblNec = new QLabel(TextoNecessidadeN(m_necNCob), this);
     m_lblNec->setObjectName(QStringLiteral("lblNec"));

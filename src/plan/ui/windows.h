@@ -1,14 +1,8 @@
 #pragma once
 
-class QWidget;
-
-namespace lavra {
-struct Session;
-}
+#include "app/ui/factory.h"
 
 namespace lavra::ui {
-
-class WindowRegistry;
 
 // The plan steps: commercial formulas, the nitrogen split and the final step that saves.
 QWidget* criaFrmNPK(Session& session, WindowRegistry& windows);

@@ -1,14 +1,8 @@
 #pragma once
 
-class QWidget;
-
-namespace lavra {
-struct Session;
-}
+#include "app/ui/factory.h"
 
 namespace lavra::ui {
-
-class WindowRegistry;
 
 // The register windows, built by name through the window registry.
 QWidget* criaFrmCadAnalise(Session& session, WindowRegistry& windows);

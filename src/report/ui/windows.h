@@ -1,14 +1,8 @@
 #pragma once
 
-class QWidget;
-
-namespace lavra {
-struct Session;
-}
+#include "app/ui/factory.h"
 
 namespace lavra::ui {
-
-class WindowRegistry;
 
 // The report of a saved recommendation, one window per layout. Each is built from the saved row
 // named by LaudoAnalise and LaudoCultivo of the session; a refusal (no company) is told to the
