@@ -1,9 +1,260 @@
-#include "report/ui/windows.h"
+#include "frmabrelaudo.h"
 
-#include <QWidget>
+#include "app/session.h"
+#include "app/ui/buttons.h"
+#include "app/ui/messages.h"
+#include "app/ui/windowregistry.h"
+#include "registers/analysis.h"
+#include "registers/ui/frmcliente.h"
+#include "report/saved.h"
+#include "report/ui/windows.h"
+#include "store/storeerror.h"
+
+#include <QButtonGroup>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QStyle>
+#include <QTableWidget>
+#include <QVBoxLayout>
 
 namespace lavra::ui {
 
-QWidget* criaFrmAbreLaudo(Session&, WindowRegistry&) { return nullptr; }
+namespace {
+
+const QString kMsgSelecione = QStringLiteral("Selecione cliente, análise e recomendação!");
+
+// 1700 twips, the width of each client column.
+int larguraColuna(const QWidget* widget) { return 1700 * widget->logicalDpiX() / 1440; }
+
+QLabel* rotulo(const QString& nome, const QString& texto, QWidget* buddy, QWidget* parent)
+{
+    auto* label = new QLabel(texto, parent);
+    label->setObjectName(nome);
+    label->setBuddy(buddy);
+    return label;
+}
+
+} // namespace
+
+FrmAbreLaudo::FrmAbreLaudo(Session& session, WindowRegistry& windows, QWidget* parent)
+    : QWidget(parent, Qt::Window), m_session(session), m_windows(windows)
+{
+    setObjectName(QStringLiteral("frmAbreLaudo"));
+    setWindowTitle(QStringLiteral("Recomendações cadastradas"));
+    auto* layout = new QVBoxLayout(this);
+
+    m_txtCli = new QLineEdit(this);
+    m_txtCli->setObjectName(QStringLiteral("txtCli"));
+    m_txtCli->setMaximumWidth(320);
+    layout->addWidget(
+        rotulo(QStringLiteral("Label1"), QStringLiteral("Digite as iniciais do cliente para iniciar a busca"), m_txtCli, this));
+    layout->addWidget(m_txtCli);
+
+    auto* meio = new QHBoxLayout;
+    m_flxCli = criaGradeClientes(this);
+    meio->addWidget(m_flxCli, 1);
+    auto* analises = new QVBoxLayout;
+    m_lstAna = new QListWidget(this);
+    m_lstAna->setObjectName(QStringLiteral("lstAna"));
+    auto* lblAna = rotulo(QStringLiteral("Label2"), QStringLiteral("Análises cadastradas (Fazenda/gleba/data)"), m_lstAna, this);
+    m_lstAna->setMinimumWidth(lblAna->sizeHint().width() + 20);
+    analises->addWidget(lblAna);
+    analises->addWidget(m_lstAna, 1);
+    meio->addLayout(analises);
+    layout->addLayout(meio, 3);
+
+    auto* baixo = new QHBoxLayout;
+    auto* quadro = new QGroupBox(this);
+    quadro->setObjectName(QStringLiteral("Frame1"));
+    auto* opcoes = new QVBoxLayout(quadro);
+    m_opcoes = new QButtonGroup(this);
+    const auto& laudos = report::definicoes();
+    for (int n = 0; n < static_cast<int>(laudos.size()); ++n) {
+        auto* opcao = new QRadioButton(laudos[n].titulo, quadro);
+        opcao->setObjectName(QStringLiteral("Option") + QString::number(n + 1));
+        m_opcoes->addButton(opcao, n);
+        opcoes->addWidget(opcao);
+    }
+    baixo->addWidget(quadro, 0, Qt::AlignTop);
+    auto* recomendacoes = new QVBoxLayout;
+    m_lstReco = new QListWidget(this);
+    m_lstReco->setObjectName(QStringLiteral("lstReco"));
+    recomendacoes->addWidget(rotulo(
+        QStringLiteral("Label3"), QStringLiteral("Recomendações cadastradas  (cultura-cultivo-data de semeadura ou plantio)"),
+        m_lstReco, this));
+    recomendacoes->addWidget(m_lstReco, 1);
+    baixo->addLayout(recomendacoes, 1);
+    layout->addLayout(baixo, 2);
+
+    const QList<QPushButton*> botoes = adicionaBotoes(layout, this,
+                                                      {{QStringLiteral("cmdContinua"), QStringLiteral("Abrir")},
+                                                       {QStringLiteral("cmdDeleta"), QStringLiteral("Excluir")},
+                                                       {QStringLiteral("cmdCancela"), QStringLiteral("Fechar")}});
+    setTabOrder(m_txtCli, m_flxCli);
+    setTabOrder(m_flxCli, m_lstAna);
+    QWidget* anterior = m_lstAna;
+    for (QAbstractButton* opcao : m_opcoes->buttons()) {
+        setTabOrder(anterior, opcao);
+        anterior = opcao;
+    }
+    setTabOrder(anterior, m_lstReco);
+    setTabOrder(m_lstReco, botoes[0]);
+    setTabOrder(botoes[0], botoes[1]);
+    setTabOrder(botoes[1], botoes[2]);
+
+    connect(m_txtCli, &QLineEdit::textChanged, this, &FrmAbreLaudo::busca);
+    connect(m_flxCli, &QTableWidget::currentCellChanged, this, [this](int linha, int, int anterior, int) {
+        if (linha != anterior)
+            clienteMudou();
+    });
+    connect(m_lstAna, &QListWidget::itemSelectionChanged, this, [this]() {
+        desligaOpcoes();
+        m_lstReco->clear();
+    });
+    connect(m_opcoes, &QButtonGroup::idClicked, this, &FrmAbreLaudo::preencheRecomendacoes);
+    connect(m_lstReco, &QListWidget::itemDoubleClicked, this, &FrmAbreLaudo::abre);
+    connect(botoes[0], &QPushButton::clicked, this, &FrmAbreLaudo::abre);
+    connect(botoes[1], &QPushButton::clicked, this, &FrmAbreLaudo::exclui);
+    connect(botoes[2], &QPushButton::clicked, this, &QWidget::close);
+
+    try {
+        preencheGradeClientes(m_flxCli, LeClientes(m_session.db));
+    } catch (const StoreError& error) {
+        erroBanco(this, error);
+    }
+    for (int coluna = 0; coluna < m_flxCli->columnCount(); ++coluna)
+        m_flxCli->setColumnWidth(coluna, larguraColuna(this));
+    m_flxCli->horizontalHeader()->setStretchLastSection(true);
+    // The five columns in view, with room for the vertical scroll bar.
+    m_flxCli->setMinimumWidth(5 * larguraColuna(this) + 2 * m_flxCli->frameWidth()
+                              + m_flxCli->style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+    if (m_flxCli->rowCount() > 0)
+        m_flxCli->setCurrentCell(0, 0);
+    else
+        clienteMudou();
+    resize(sizeHint().width(), 520);
+}
+
+void FrmAbreLaudo::desligaOpcoes()
+{
+    // An exclusive group always keeps one on; it lets go only while it is not exclusive.
+    m_opcoes->setExclusive(false);
+    for (QAbstractButton* opcao : m_opcoes->buttons())
+        opcao->setChecked(false);
+    m_opcoes->setExclusive(true);
+}
+
+void FrmAbreLaudo::clienteMudou()
+{
+    desligaOpcoes();
+    m_lstReco->clear();
+    m_lstAna->clear();
+    const QTableWidgetItem* nome = m_flxCli->currentRow() < 0 ? nullptr : m_flxCli->item(m_flxCli->currentRow(), 0);
+    if (!nome)
+        return;
+    try {
+        m_lstAna->addItems(AnalisesDoCliente(m_session.db, nome->text()));
+    } catch (const StoreError& error) {
+        erroBanco(this, error);
+    }
+}
+
+void FrmAbreLaudo::busca(const QString& texto)
+{
+    const int anterior = m_flxCli->currentRow();
+    const int achada = buscaNaGrade(m_flxCli, texto);
+    // A new row refills through the grid; the same row is read again here, as a click would.
+    if (achada >= 0 && achada == anterior)
+        clienteMudou();
+}
+
+std::optional<report::TipoLaudo> FrmAbreLaudo::tipoEscolhido() const
+{
+    const int id = m_opcoes->checkedId();
+    if (id < 0)
+        return std::nullopt;
+    return report::definicoes()[id].tipo;
+}
+
+QString FrmAbreLaudo::analiseEscolhida() const
+{
+    const QList<QListWidgetItem*> escolhidas = m_lstAna->selectedItems();
+    return escolhidas.isEmpty() ? QString() : escolhidas.first()->text();
+}
+
+void FrmAbreLaudo::preencheRecomendacoes()
+{
+    m_lstReco->clear();
+    const auto tipo = tipoEscolhido();
+    if (!tipo)
+        return;
+    // With no analysis chosen the empty code matches no saved row, so the list stays empty.
+    try {
+        m_lstReco->addItems(
+            report::RecomendacoesDaAnalise(m_session.db, report::definicao(*tipo).tabela, analiseEscolhida()));
+    } catch (const StoreError& error) {
+        erroBanco(this, error);
+    }
+}
+
+std::optional<QString> FrmAbreLaudo::recomendacaoEscolhida()
+{
+    const QList<QListWidgetItem*> escolhidas = m_lstReco->selectedItems();
+    if (escolhidas.isEmpty() || !tipoEscolhido()) {
+        aviso(this, kMsgSelecione);
+        return std::nullopt;
+    }
+    return escolhidas.first()->text();
+}
+
+void FrmAbreLaudo::abre()
+{
+    const auto chave = recomendacaoEscolhida();
+    if (!chave)
+        return;
+    const QString codAnalise = analiseEscolhida();
+    const QString janela = report::definicao(*tipoEscolhido()).janela;
+    hide();
+    try {
+        CarregaAnalise(m_session, codAnalise);
+    } catch (const StoreError& error) {
+        // The analysis went away while this window stood open: stay for another choice.
+        erroBanco(this, error);
+        show();
+        return;
+    }
+    m_session.LaudoAnalise = codAnalise;
+    m_session.LaudoCultivo = *chave;
+    // A report of the same layout still open would only come to the front with its old row.
+    m_windows.closeWindow(janela);
+    m_windows.show(janela);
+    close();
+}
+
+void FrmAbreLaudo::exclui()
+{
+    const auto chave = recomendacaoEscolhida();
+    if (!chave)
+        return;
+    const QString codAnalise = analiseEscolhida();
+    m_session.TabelaReco = report::definicao(*tipoEscolhido()).tabela;
+    try {
+        const auto pergunta = report::PerguntaExclusao(m_session.db, m_session.TabelaReco, codAnalise, *chave);
+        if (pergunta && confirma(this, *pergunta))
+            report::ExcluiRecomendacao(m_session.db, m_session.TabelaReco, codAnalise, *chave);
+    } catch (const StoreError& error) {
+        erroBanco(this, error);
+    }
+    // The same option stays on and its list is read again, with or without the row.
+    preencheRecomendacoes();
+}
+
+QWidget* criaFrmAbreLaudo(Session& session, WindowRegistry& windows) { return new FrmAbreLaudo(session, windows); }
 
 } // namespace lavra::ui
