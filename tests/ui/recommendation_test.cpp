@@ -130,7 +130,7 @@ private:
     }
 
     // Formula by equal differences, one to eight parcels of urea, and the date.
-    static void plano(UiHarness& h, bool topdressing, const QString& date)
+    static void plano(UiHarness& h, bool topdressing, const QString& date, bool showReport = false)
     {
         QWidget* npk = visible(h, QStringLiteral("frmNPK"));
         click(npk, QStringLiteral("Opt_2"));
@@ -148,7 +148,7 @@ private:
         click(split, QStringLiteral("cmdProssegue"));
         QWidget* final = visible(h, QStringLiteral("frmFinalCalculo"));
         type(final, QStringLiteral("MaskEdBox1"), date);
-        h.answers << QMessageBox::No;
+        h.answers << (showReport ? QMessageBox::Yes : QMessageBox::No);
         click(final, QStringLiteral("cmdSalva"));
     }
 
@@ -229,7 +229,13 @@ private Q_SLOTS:
         QCOMPARE(nec(graos)[0], QStringLiteral("0"));
         QCOMPARE(nec(graos)[3], QStringLiteral("0"));
         click(graos, QStringLiteral("cmdProssegue"));
-        plano(h, false, QStringLiteral("20/11/2026"));
+        h.exec(QStringLiteral("INSERT INTO Empresa VALUES ('AgroSul', 'Rua A', '1', '99700-000', 'Erechim', 'Centro', 'RS', '5433', 'a@b', 'agrosul.com')"));
+        plano(h, false, QStringLiteral("20/11/2026"), true);
+        // "Exibir o laudo?" answered Yes: the report of the saved row, with its observations window.
+        QWidget* report = visible(h, QStringLiteral("rptLdForml"));
+        QVERIFY(report);
+        QVERIFY(visible(h, QStringLiteral("frmObsLaudo")));
+        QCOMPARE(h.session().LaudoCultivo, QStringLiteral("Soja-Primeiro-20/11/2026"));
         const QStringList row = savedRow(h);
         qInfo().noquote() << "Soybean recommendation:" << row.join(QStringLiteral(" | "));
         QCOMPARE(row[1], QStringLiteral("CodCultivo=Soja-Primeiro-20/11/2026"));
