@@ -139,24 +139,12 @@ void FrmCliAn::closeEvent(QCloseEvent* event)
 
 void FrmCliAn::preencheAnalises()
 {
-    m_lstAna->clear();
-    const QTableWidgetItem* nome = m_flxCli->currentRow() < 0 ? nullptr : m_flxCli->item(m_flxCli->currentRow(), 0);
-    if (!nome)
-        return;
-    try {
-        m_lstAna->addItems(AnalisesDoCliente(m_session.db, nome->text()));
-    } catch (const StoreError& error) {
-        erroBanco(this, error);
-    }
+    listaAnalisesDoCliente(this, m_session, m_flxCli, m_lstAna);
 }
 
 void FrmCliAn::busca(const QString& texto)
 {
-    const int anterior = m_flxCli->currentRow();
-    const int achada = buscaNaGrade(m_flxCli, texto);
-    // A new row refills the list through the grid; the same row is read again here.
-    if (achada >= 0 && achada == anterior)
-        preencheAnalises();
+    buscaERelista(m_flxCli, texto, [this]() { preencheAnalises(); });
 }
 
 void FrmCliAn::continua()

@@ -9,6 +9,7 @@
 #include "store/storeerror.h"
 
 #include <QHBoxLayout>
+#include <QListWidget>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -60,6 +61,28 @@ int buscaNaGrade(QTableWidget* grade, const QString& texto)
         grade->scrollToItem(grade->item(achada, 0), QAbstractItemView::PositionAtTop);
     }
     return achada;
+}
+
+void buscaERelista(QTableWidget* grade, const QString& texto, const std::function<void()>& relista)
+{
+    const int anterior = grade->currentRow();
+    const int achada = buscaNaGrade(grade, texto);
+    // A new row refills the list through the grid's own signal.
+    if (achada >= 0 && achada == anterior)
+        relista();
+}
+
+void listaAnalisesDoCliente(QWidget* janela, Session& session, const QTableWidget* grade, QListWidget* lista)
+{
+    lista->clear();
+    const QTableWidgetItem* nome = grade->currentRow() < 0 ? nullptr : grade->item(grade->currentRow(), 0);
+    if (!nome)
+        return;
+    try {
+        lista->addItems(AnalisesDoCliente(session.db, nome->text()));
+    } catch (const StoreError& error) {
+        erroBanco(janela, error);
+    }
 }
 
 FrmCliente::FrmCliente(Session& session, WindowRegistry& windows, QWidget* parent)

@@ -2,7 +2,10 @@
 
 #include <QWidget>
 
+#include <functional>
+
 class QLineEdit;
+class QListWidget;
 class QTableWidget;
 
 namespace lavra {
@@ -20,6 +23,11 @@ void preencheGradeClientes(QTableWidget* grade, const GradeClientes& clientes);
 // The incremental search of the pickers: the first client whose name starts with the text becomes
 // the current row and the top of the grid. Returns that row, or -1 and moves nothing.
 int buscaNaGrade(QTableWidget* grade, const QString& texto);
+// The search of the windows that list a client's analyses: when the search lands on the row
+// already current, the analyses are read again, as a click on that row would.
+void buscaERelista(QTableWidget* grade, const QString& texto, const std::function<void()>& relista);
+// Fills the list with the analyses of the client on the grid's current row; a failure is told.
+void listaAnalisesDoCliente(QWidget* janela, Session& session, const QTableWidget* grade, QListWidget* lista);
 
 // The small picker that fills the client of the analysis register.
 class FrmCliente final : public QWidget {

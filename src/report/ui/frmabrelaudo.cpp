@@ -154,24 +154,12 @@ void FrmAbreLaudo::clienteMudou()
 {
     desligaOpcoes();
     m_lstReco->clear();
-    m_lstAna->clear();
-    const QTableWidgetItem* nome = m_flxCli->currentRow() < 0 ? nullptr : m_flxCli->item(m_flxCli->currentRow(), 0);
-    if (!nome)
-        return;
-    try {
-        m_lstAna->addItems(AnalisesDoCliente(m_session.db, nome->text()));
-    } catch (const StoreError& error) {
-        erroBanco(this, error);
-    }
+    listaAnalisesDoCliente(this, m_session, m_flxCli, m_lstAna);
 }
 
 void FrmAbreLaudo::busca(const QString& texto)
 {
-    const int anterior = m_flxCli->currentRow();
-    const int achada = buscaNaGrade(m_flxCli, texto);
-    // A new row refills through the grid; the same row is read again here, as a click would.
-    if (achada >= 0 && achada == anterior)
-        clienteMudou();
+    buscaERelista(m_flxCli, texto, [this]() { clienteMudou(); });
 }
 
 std::optional<report::TipoLaudo> FrmAbreLaudo::tipoEscolhido() const
