@@ -37,6 +37,21 @@ private:
         h().exec(QStringLiteral("INSERT INTO Clientes VALUES ('%1', 'Rua A', 'Passo Fundo', '54 3333', 'a@b.c')").arg(nome));
     }
 
+    // A client registered as the user would, in the clients' register.
+    void registerClient(const QString& nome)
+    {
+        QWidget* clientes = h().open(QStringLiteral("frmCadCli"));
+        click(clientes, QStringLiteral("cmdNovo"));
+        for (const auto& [field, text] : {std::pair{QStringLiteral("txtNome"), nome},
+                                          std::pair{QStringLiteral("txtRua"), QStringLiteral("Rua A")},
+                                          std::pair{QStringLiteral("txtCidade"), QStringLiteral("Passo Fundo")},
+                                          std::pair{QStringLiteral("txtFone"), QStringLiteral("54 3333")},
+                                          std::pair{QStringLiteral("txtEmail"), QStringLiteral("a@b.c")}})
+            type(clientes, field, text);
+        click(clientes, QStringLiteral("cmdConfirma"));
+        click(clientes, QStringLiteral("cmdSai"));
+    }
+
     // The fields of one analysis, typed as a user would, Ca to K leaving the CTC worked out.
     void fill(QWidget* w)
     {
@@ -157,8 +172,9 @@ private Q_SLOTS:
 
     void registerEditRefuseDuplicateAndDelete()
     {
-        addClient(QStringLiteral("Ana Souza"));
-        addClient(QStringLiteral("Bruno Lima"));
+        registerClient(QStringLiteral("Ana Souza"));
+        registerClient(QStringLiteral("Bruno Lima"));
+        QCOMPARE(h().scalar(QStringLiteral("SELECT COUNT(*) FROM Clientes")).toInt(), 2);
         QWidget* w = h().open(QStringLiteral("frmCadAnalise"));
 
         // Register, the client taken from the picker.
