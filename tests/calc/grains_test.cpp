@@ -396,5 +396,24 @@ TEST(AdjustmentTest, TheFiguresGoToTheCropWindowOfTheGroup)
     EXPECT_EQ(session.Nec[3], QVariant(QStringLiteral("Consultar MAC")));
 }
 
+// Every crop of the list, on both crops after the analysis, gives four figures from the shipped
+// rows: no crop is left without its rows or stops on a missing one.
+TEST_F(GrainsTest, EveryCropOfTheListGivesItsNeed)
+{
+    for (const int cultivo : {1, 2}) {
+        session.Cultivo = cultivo;
+        for (int posicao = 0; posicao < culturasGraos().size(); ++posicao) {
+            const QStringList anteriores = cultivosAnterioresGraos(posicao);
+            const bool arroz = arrozIrrigado(posicao);
+            const CalculoGraos r = calcula(posicao, arroz ? QStringLiteral("3") : QStringLiteral("4"),
+                anteriores.value(0), posicao == graos::Milho ? QStringLiteral("3") : QString(), arroz ? 1 : 0);
+            const std::string nome = culturasGraos()[posicao].toStdString() + " / " + std::to_string(cultivo);
+            ASSERT_FALSE(r.recusa) << nome << ": " << r.recusa->texto.toStdString();
+            for (const QString& figura : lista(r.nec))
+                EXPECT_TRUE(parseNumber(figura).has_value()) << nome << ": " << lista(r.nec).join(u' ').toStdString();
+        }
+    }
+}
+
 } // namespace
 } // namespace lavra
