@@ -17,7 +17,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
-#include <QStyle>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
@@ -27,12 +26,6 @@ namespace {
 
 const QString kModoAnalise = QStringLiteral("Analise");
 const QString kModoCalcular = QStringLiteral("Calcular");
-
-// 1700 twips, the width each client column was given.
-int larguraColuna(const QWidget* widget)
-{
-    return 1700 * widget->logicalDpiX() / 1440;
-}
 
 } // namespace
 
@@ -94,18 +87,8 @@ FrmCliAn::FrmCliAn(Session& session, WindowRegistry& windows, QWidget* parent)
     connect(cmdContinua, &QPushButton::clicked, this, &FrmCliAn::continua);
     connect(cmdCancela, &QPushButton::clicked, this, &FrmCliAn::cancela);
 
-    try {
-        preencheGradeClientes(m_flxCli, LeClientes(m_session.db));
-    } catch (const StoreError& error) {
-        erroBanco(this, error);
-    }
-    for (int coluna = 0; coluna < m_flxCli->columnCount(); ++coluna)
-        m_flxCli->setColumnWidth(coluna, larguraColuna(this));
-    m_flxCli->horizontalHeader()->setStretchLastSection(true);
-    // All five columns in view, with room for the vertical scroll bar.
-    m_flxCli->setMinimumWidth(5 * larguraColuna(this) + 2 * m_flxCli->frameWidth()
-                              + m_flxCli->style()->pixelMetric(QStyle::PM_ScrollBarExtent));
-    if (m_flxCli->rowCount() > 0)
+    const bool temClientes = carregaGradeClientes(this, m_session, m_flxCli);
+    if (temClientes)
         m_flxCli->setCurrentCell(0, 0);
     else
         preencheAnalises();

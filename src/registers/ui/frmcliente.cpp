@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyle>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
@@ -61,6 +62,23 @@ int buscaNaGrade(QTableWidget* grade, const QString& texto)
         grade->scrollToItem(grade->item(achada, 0), QAbstractItemView::PositionAtTop);
     }
     return achada;
+}
+
+bool carregaGradeClientes(QWidget* janela, Session& session, QTableWidget* grade)
+{
+    try {
+        preencheGradeClientes(grade, LeClientes(session.db));
+    } catch (const StoreError& error) {
+        erroBanco(janela, error);
+    }
+    const int largura = 1700 * janela->logicalDpiX() / 1440;
+    for (int coluna = 0; coluna < grade->columnCount(); ++coluna)
+        grade->setColumnWidth(coluna, largura);
+    grade->horizontalHeader()->setStretchLastSection(true);
+    // All five columns in view, with room for the vertical scroll bar.
+    grade->setMinimumWidth(5 * largura + 2 * grade->frameWidth()
+                           + grade->style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+    return grade->rowCount() > 0;
 }
 
 void buscaERelista(QTableWidget* grade, const QString& texto, const std::function<void()>& relista)

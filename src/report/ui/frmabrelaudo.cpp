@@ -19,7 +19,6 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QStyle>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
@@ -28,9 +27,6 @@ namespace lavra::ui {
 namespace {
 
 const QString kMsgSelecione = QStringLiteral("Selecione cliente, análise e recomendação!");
-
-// 1700 twips, the width of each client column.
-int larguraColuna(const QWidget* widget) { return 1700 * widget->logicalDpiX() / 1440; }
 
 QLabel* rotulo(const QString& nome, const QString& texto, QWidget* buddy, QWidget* parent)
 {
@@ -123,18 +119,8 @@ FrmAbreLaudo::FrmAbreLaudo(Session& session, WindowRegistry& windows, QWidget* p
     connect(botoes[1], &QPushButton::clicked, this, &FrmAbreLaudo::exclui);
     connect(botoes[2], &QPushButton::clicked, this, &QWidget::close);
 
-    try {
-        preencheGradeClientes(m_flxCli, LeClientes(m_session.db));
-    } catch (const StoreError& error) {
-        erroBanco(this, error);
-    }
-    for (int coluna = 0; coluna < m_flxCli->columnCount(); ++coluna)
-        m_flxCli->setColumnWidth(coluna, larguraColuna(this));
-    m_flxCli->horizontalHeader()->setStretchLastSection(true);
-    // The five columns in view, with room for the vertical scroll bar.
-    m_flxCli->setMinimumWidth(5 * larguraColuna(this) + 2 * m_flxCli->frameWidth()
-                              + m_flxCli->style()->pixelMetric(QStyle::PM_ScrollBarExtent));
-    if (m_flxCli->rowCount() > 0)
+    const bool temClientes = carregaGradeClientes(this, m_session, m_flxCli);
+    if (temClientes)
         m_flxCli->setCurrentCell(0, 0);
     else
         clienteMudou();
