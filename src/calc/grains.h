@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/refusal.h"
+
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -15,14 +17,6 @@ class WindowHost;
 // The need of a crop in kg/ha as its window shows it: N base, P base, K base, N cob. A box is
 // text, and it is empty where no row of the manual was found.
 using TextosNec = std::array<QString, 4>;
-
-// A message that stops a step: a refusal of what the user typed, a notice, or a failure that the
-// step cannot get past (a missing row, a box that holds no number).
-enum class TipoMensagem { Aviso, Informacao, Erro };
-struct Recusa {
-    TipoMensagem tipo = TipoMensagem::Aviso;
-    QString texto;
-};
 
 // ---- Shared by every crop window ------------------------------------------------------------
 

@@ -34,15 +34,15 @@ Verificacao verificaCliente(Store& db, const QString& operacao, const QString& n
         if (operacao == kEdicao) {
             const bool renamed = !sameName(nome, nomeAnterior);
             if (renamed && nameInTable(db, QStringLiteral("Analises"), 1, nomeAnterior))
-                return Recusa{kMsgEdicaoNomeCliente, true};
+                return Recusa{TipoMensagem::Erro, kMsgEdicaoNomeCliente};
             if (renamed && nameInTable(db, QStringLiteral("Clientes"), 0, nome))
-                return Recusa{kMsgClienteRepetido, true};
+                return Recusa{TipoMensagem::Erro, kMsgClienteRepetido};
         } else if (operacao == kCadastro) {
             if (nameInTable(db, QStringLiteral("Clientes"), 0, nome))
-                return Recusa{kMsgClienteRepetido, true};
+                return Recusa{TipoMensagem::Erro, kMsgClienteRepetido};
         } else if (operacao == kExclusao) {
             if (nameInTable(db, QStringLiteral("Analises"), 1, nome))
-                return Recusa{kMsgExclusaoCliente, true};
+                return Recusa{TipoMensagem::Erro, kMsgExclusaoCliente};
         }
         return std::nullopt;
     } catch (...) {

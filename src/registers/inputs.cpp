@@ -19,13 +19,13 @@ Verificacao verificaFertilizante(const Fertilizante& f, TipoAdubo tipo)
     const bool organic = tipo == TipoAdubo::OrganicoSolido || tipo == TipoAdubo::OrganicoLiquido;
     const bool indicesNumeric = isNumericText(f.ifn) && isNumericText(f.ifp) && isNumericText(f.ifk);
     if (tipo == TipoAdubo::OrganicoSolido && !(isNumericText(f.ms) && indicesNumeric))
-        return Recusa{kMsgMsOuIndice};
+        return Recusa{TipoMensagem::Aviso, kMsgMsOuIndice};
     if (tipo == TipoAdubo::OrganicoLiquido && !indicesNumeric)
-        return Recusa{kMsgIndiceNumero};
+        return Recusa{TipoMensagem::Aviso, kMsgIndiceNumero};
     if (tipo == TipoAdubo::OrganicoSolido && single(f.ms) > 100.0f)
-        return Recusa{kMsgMsAte100};
+        return Recusa{TipoMensagem::Aviso, kMsgMsAte100};
     if (organic && (single(f.ifn) > 1.0f || single(f.ifp) > 1.0f || single(f.ifk) > 1.0f))
-        return Recusa{kMsgIndiceAte1};
+        return Recusa{TipoMensagem::Aviso, kMsgIndiceAte1};
     return std::nullopt;
 }
 

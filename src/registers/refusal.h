@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/refusal.h"
+
 #include <QString>
 
 #include <optional>
@@ -10,12 +12,6 @@ namespace lavra {
 inline const QString kCadastro = QStringLiteral("Cadastro");
 inline const QString kEdicao = QStringLiteral("Edição");
 inline const QString kExclusao = QStringLiteral("Exclusão");
-
-// An entry the register will not take, with the box that says why.
-struct Recusa {
-    QString mensagem;
-    bool critica = false;  // protects linked data
-};
 
 using Verificacao = std::optional<Recusa>;
 

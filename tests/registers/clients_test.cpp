@@ -23,9 +23,9 @@ protected:
         const Verificacao v = verificaCliente(db, QString::fromUtf8(operacao), QString::fromUtf8(nome),
                                               QString::fromUtf8(anterior));
         if (v) {
-            EXPECT_TRUE(v->critica);
+            EXPECT_EQ(v->tipo, TipoMensagem::Erro);
         }
-        return v ? std::optional<QString>(v->mensagem) : std::nullopt;
+        return v ? std::optional<QString>(v->texto) : std::nullopt;
     }
 };
 

@@ -35,7 +35,7 @@ TEST(InputsTest, OrganicFertilisersNeedNumericIndicesWithinTheirLimits)
     };
     for (const Case& c : cases) {
         const Verificacao v = verificaFertilizante(c.f, c.tipo);
-        EXPECT_EQ(v ? std::optional<QString>(v->mensagem) : std::nullopt, c.refusal) << c.f.ms.toStdString();
+        EXPECT_EQ(v ? std::optional<QString>(v->texto) : std::nullopt, c.refusal) << c.f.ms.toStdString();
     }
 }
 

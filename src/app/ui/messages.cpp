@@ -1,5 +1,6 @@
 #include "messages.h"
 
+#include "app/refusal.h"
 #include "store/storeerror.h"
 
 #include <QAbstractButton>
@@ -58,6 +59,15 @@ bool confirma(QWidget* parent, const QString& texto)
 bool pergunta(QWidget* parent, const QString& texto)
 {
     return mostra(parent, {Icone::Pergunta, texto, QMessageBox::Yes | QMessageBox::No}) == QMessageBox::Yes;
+}
+
+void mostraRecusa(QWidget* parent, const Recusa& recusa)
+{
+    switch (recusa.tipo) {
+    case TipoMensagem::Aviso: aviso(parent, recusa.texto); break;
+    case TipoMensagem::Informacao: informacao(parent, recusa.texto); break;
+    case TipoMensagem::Erro: critico(parent, recusa.texto); break;
+    }
 }
 
 void erroBanco(QWidget* parent, const StoreError& error)

@@ -9,6 +9,7 @@ class QWidget;
 
 namespace lavra {
 class StoreError;
+struct Recusa;
 }
 
 namespace lavra::ui {
@@ -42,6 +43,8 @@ void simples(QWidget* parent, const QString& texto);
 bool confirma(QWidget* parent, const QString& texto);
 // Before cancelling: question, Yes and No. True for Yes.
 bool pergunta(QWidget* parent, const QString& texto);
+// A step's refusal, in the box its kind calls for.
+void mostraRecusa(QWidget* parent, const Recusa& recusa);
 // A failure of the database: critical, with the engine's own words.
 void erroBanco(QWidget* parent, const StoreError& error);
 

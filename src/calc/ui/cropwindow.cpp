@@ -123,17 +123,7 @@ void CropWindow::somenteLeitura(QLineEdit* caixa)
 
 void CropWindow::mostra(const Recusa& recusa)
 {
-    switch (recusa.tipo) {
-    case TipoMensagem::Aviso:
-        aviso(this, recusa.texto);
-        break;
-    case TipoMensagem::Informacao:
-        informacao(this, recusa.texto);
-        break;
-    case TipoMensagem::Erro:
-        critico(this, recusa.texto);
-        break;
-    }
+    mostraRecusa(this, recusa);
 }
 
 void CropWindow::culturaEscolhida(int) { }

@@ -39,7 +39,7 @@ protected:
     {
         const Verificacao recusa = verificaCliente(m_session.db, operacao(), m_nome->text(), m_session.NomeCliente);
         if (recusa)
-            critico(this, recusa->mensagem);
+            mostraRecusa(this, *recusa);
         return !recusa;
     }
 

@@ -167,7 +167,7 @@ protected:
         if (operacao() != kCadastro)
             return true;
         if (const Verificacao recusa = verificaFertilizante(fields(), m_tipo)) {
-            aviso(this, recusa->mensagem);
+            mostraRecusa(this, *recusa);
             return false;
         }
         return true;
