@@ -8,6 +8,9 @@ namespace lavra {
 // refusal that protects linked data or a failure the step cannot get past.
 enum class TipoMensagem { Aviso, Informacao, Erro };
 
+// The refusal of a form with an empty field.
+inline const QString kMsgCamposVazios = QStringLiteral("Há campos vazios!");
+
 struct Recusa {
     TipoMensagem tipo = TipoMensagem::Aviso;
     QString texto;

@@ -160,7 +160,7 @@ std::optional<Recusa> verificaDefinicoes(const DefinicoesGraos& d, bool& limpaEx
     if (d.posicao < 0 || d.posicao >= culturasGraos().size())
         return Recusa { TipoMensagem::Aviso, kMsgSelecioneCultura };
     if (arrozIrrigado(d.posicao) && d.sistemaSemeadura == 0)
-        return Recusa { TipoMensagem::Aviso, kMsgSelecioneSistema };
+        return Recusa { TipoMensagem::Aviso, kMsgSelecioneSemeadura };
     if (!cultivosAnterioresGraos(d.posicao).isEmpty() && d.cultivoAnterior.isEmpty())
         return Recusa { TipoMensagem::Aviso, kMsgSelecioneCultivoAnterior };
     if (d.posicao == graos::Milho && d.massaSeca.isEmpty())

@@ -55,7 +55,6 @@ std::optional<Recusa> ProssegueCultura(Session& session, WindowHost& janelas, co
 inline const QString kObsAjuste = QStringLiteral(
     "Esta recomendação foi ajustada pelo usuário do programa, consulte-o para saber as razões do ajuste");
 QString perguntaAjuste();
-inline const QString kMsgCamposVazios = QStringLiteral("Há campos vazios!");
 inline const QString kMsgCamposNaoNumericos = QStringLiteral("Há campos não numéricos!");
 
 // First every box for emptiness, then every box for a number; nothing when all pass.
@@ -76,7 +75,7 @@ inline const QString kAvisoSosbai = QStringLiteral(
     "indicações da Sociedade Sul-Brasileira de Arroz Irrigado (SOSBAI, 2007).");
 inline const QString kMsgInformeExpectativa = QStringLiteral("Informe a expectativa de rendimento!");
 inline const QString kMsgSelecioneCultura = QStringLiteral("Selecione uma cultura!");
-inline const QString kMsgSelecioneSistema = QStringLiteral("Selecione o sistema de semeadura");
+inline const QString kMsgSelecioneSemeadura = QStringLiteral("Selecione o sistema de semeadura");
 inline const QString kMsgSelecioneCultivoAnterior = QStringLiteral("Selecione o cultivo anterior!");
 inline const QString kMsgInformeMassaSeca
     = QStringLiteral("Informe a produção de massa seca do cultivo anterior!");

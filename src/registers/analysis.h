@@ -88,7 +88,6 @@ struct ResultadoCadastro {
 };
 
 inline const QString kMsgNenhumaAcao = QStringLiteral("Nenhuma ação foi especificada!");
-inline const QString kMsgCamposVazios = QStringLiteral("Há campos vazios!");
 inline const QString kMsgMetodoP = QStringLiteral("Selecione o método de extração de fósforo da análise de solo!");
 inline const QString kMsgDuplicacao = QStringLiteral(
     "Duplicação de código! Verificar se está registrando duas análises com as mesmas informacões de Fazenda, "
