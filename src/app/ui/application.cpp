@@ -14,18 +14,8 @@
 
 #include <QApplication>
 #include <QIcon>
-#include <QScreen>
 
 namespace lavra::ui {
-
-void centraliza(QWidget* window)
-{
-    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
-        QRect frame = window->frameGeometry();
-        frame.moveCenter(screen->availableGeometry().center());
-        window->move(frame.topLeft());
-    }
-}
 
 Aplicacao::Aplicacao(const QString& databasePath)
 {

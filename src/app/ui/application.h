@@ -35,9 +35,6 @@ private:
     QPointer<FrmLavra> m_main;
 };
 
-// Puts a window in the middle of the screen.
-void centraliza(QWidget* window);
-
 // The program: splash, then the main window on Lavra.db beside the executable.
 int executa(int argc, char** argv);
 

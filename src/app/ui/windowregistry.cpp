@@ -2,7 +2,19 @@
 
 #include "messages.h"
 
+#include <QGuiApplication>
+#include <QScreen>
+
 namespace lavra::ui {
+
+void centraliza(QWidget* window)
+{
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        QRect frame = window->frameGeometry();
+        frame.moveCenter(screen->availableGeometry().center());
+        window->move(frame.topLeft());
+    }
+}
 
 void WindowRegistry::registerWindow(const QString& name, Factory factory, Modo modo)
 {
@@ -42,6 +54,7 @@ QWidget* WindowRegistry::show(const QString& name, std::optional<Modo> modo)
         // Closing a window loses what it held.
         w->setAttribute(Qt::WA_DeleteOnClose);
         track(w);
+        centraliza(w);
     }
     if (!modo && entry != m_factories.constEnd())
         modo = entry->modo;

@@ -14,6 +14,9 @@ namespace lavra::ui {
 
 enum class Modo { NaoModal, Modal };
 
+// Puts a window in the middle of the screen, where a new window is looked for.
+void centraliza(QWidget* window);
+
 // The windows of the program by name. A window is built the first time it is shown, stays with
 // all it holds while hidden, and is gone once closed, so that the next show starts afresh.
 class WindowRegistry final : public QObject, public WindowHost {
