@@ -1,14 +1,27 @@
 #include "startup.h"
 
 #include "store/database.h"
+#include "store/storeerror.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 namespace lavra {
 
 void AbreBanco(Session& session, const QString& path)
 {
-    if (!QFileInfo::exists(path))
+    // An empty file is what a full disk or a broken copy leaves: there was nothing in it to keep.
+    const QFileInfo found(path);
+    if (found.exists() && found.size() == 0) {
+        QFile empty(path);
+        if (!empty.remove())
+            throw StoreError(QStringLiteral("O arquivo do banco de dados está vazio e não pôde ser substituído. "
+                                            "Verifique se a pasta onde ele está permite gravar."),
+                             empty.errorString(), StoreError::Access::None);
+    }
+    if (QFileInfo::exists(path))
+        database::check(path);
+    else
         database::create(path);
     session.db = Store(path);
 }

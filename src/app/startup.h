@@ -8,8 +8,9 @@ inline const QString kMsgSemTecnico = QStringLiteral(
     "Acesse o menu arquivo para fazer o cadastro da empresa e dos técnicos responsáveis pelo laudo ou "
     "importar os dados da vesão anterior!");
 
-// Makes sure the database exists at path, creating it complete when it is missing, and points
-// the session's store at it. Throws StoreError.
+// Makes sure the database at path can be worked on and points the session's store at it. A
+// missing or empty file is created complete; a file that is not a database, or lacks a table,
+// is refused. Throws StoreError.
 void AbreBanco(Session& session, const QString& path);
 
 // Reads the signing technician: the first row of TecResp marked 1 fills NomeTec, ProfTec and

@@ -230,7 +230,7 @@ void Connection::alterColumnType(const QString& table, const QString& column, co
 {
     QSqlQuery info(database());
     if (!info.exec(QStringLiteral("PRAGMA table_info(%1)").arg(quoteIdentifier(table))))
-        throw StoreError(engineMessage(info.lastError()));
+        throw engineError(info.lastError(), StoreError::Access::Read);
     QStringList definitions;
     QStringList names;
     bool found = false;
@@ -329,13 +329,17 @@ void Cursor::open(const QString& sql, const Connection& connection)
         QString editable = sql;
         editable.replace(select, QStringLiteral("SELECT rowid AS %1, ").arg(kRowidAlias));
         withRowid = query.exec(editable);
+        // Only a statement the engine refused as written is worth a second try: a file that is
+        // held, damaged or missing would refuse it again, after a second wait.
+        if (!withRowid && query.lastError().nativeErrorCode() != QLatin1String("1"))
+            throw engineError(query.lastError(), StoreError::Access::Read);
     }
     if (!withRowid) {
         // A view, or a statement over more than one table: readable, not editable.
         query = QSqlQuery(db);
         query.setForwardOnly(true);
         if (!query.exec(sql))
-            throw StoreError(engineMessage(query.lastError()));
+            throw engineError(query.lastError(), StoreError::Access::Read);
     }
 
     const QSqlRecord record = query.record();
@@ -353,6 +357,9 @@ void Cursor::open(const QString& sql, const Connection& connection)
         row.changed.fill(false, m_columns.size());
         m_rows.append(std::move(row));
     }
+    // A damaged page further on ends the walk early; that is a failure, not a shorter table.
+    if (query.lastError().isValid())
+        throw engineError(query.lastError(), StoreError::Access::Read);
     query.finish();
 
     m_file = std::move(file);
@@ -502,7 +509,10 @@ void Cursor::setValue(int ordinal, const QVariant& value)
     requireUpdatable();
     columnName(ordinal);
     Row& row = m_rows[m_position];
-    row.values[ordinal] = convertForColumn(value, m_columns[ordinal].type);
+    const QVariant converted = convertForColumn(value, m_columns[ordinal].type);
+    if (!row.isNew && !row.changed.contains(true))
+        row.original = row.values;
+    row.values[ordinal] = converted;
     row.changed[ordinal] = true;
 }
 
@@ -511,6 +521,7 @@ void Cursor::addNew()
     requireOpen();
     requireUpdatable();
     saveIfEditing();
+    m_positionBeforeNew = m_position;
     Row row;
     row.isNew = true;
     row.values.resize(m_columns.size());
@@ -551,7 +562,7 @@ void Cursor::update()
     if (!row.isNew)
         query.addBindValue(row.rowid);
     if (!query.exec())
-        throw StoreError(engineMessage(query.lastError()));
+        throw engineError(query.lastError(), StoreError::Access::Write);
 
     if (row.isNew) {
         row.rowid = query.lastInsertId().toLongLong();
@@ -570,7 +581,23 @@ void Cursor::update()
     }
     row.isNew = false;
     row.changed.fill(false);
+    row.original.clear();
     ChangeNotifier::instance().notify(m_table);
+}
+
+void Cursor::cancelUpdate() noexcept
+{
+    if (!isEditing())
+        return;
+    Row& row = m_rows[m_position];
+    if (row.isNew) {
+        m_rows.removeAt(m_position);
+        m_position = std::clamp(m_positionBeforeNew, -1, recordCount());
+        return;
+    }
+    row.values = row.original;
+    row.original.clear();
+    row.changed.fill(false);
 }
 
 void Cursor::deleteCurrent()
@@ -583,7 +610,7 @@ void Cursor::deleteCurrent()
         query.prepare(QStringLiteral("DELETE FROM %1 WHERE rowid = ?").arg(quoteIdentifier(m_table)));
         query.addBindValue(row.rowid);
         if (!query.exec())
-            throw StoreError(engineMessage(query.lastError()));
+            throw engineError(query.lastError(), StoreError::Access::Write);
         ChangeNotifier::instance().notify(m_table);
     }
     m_rows.removeAt(m_position);

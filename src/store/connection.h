@@ -110,6 +110,10 @@ public:
     // Starts an empty row at the end and makes it current; update() writes it.
     void addNew();
     void update();
+    // Drops what the current row holds unwritten, so that nothing of it is written later: an
+    // added row goes and the row current before it is current again; an edited row reads as it
+    // was read. Nothing happens when the row holds no change.
+    void cancelUpdate() noexcept;
     // Deletes the current row at once; the cursor then stands on the row that followed it.
     void deleteCurrent();
     bool isEditing() const;
@@ -123,6 +127,7 @@ private:
         qint64 rowid = -1;
         QVector<QVariant> values;
         QVector<bool> changed;
+        QVector<QVariant> original;  // the values as read, while the row is being edited
         bool isNew = false;
     };
 
@@ -138,6 +143,7 @@ private:
     QVector<Column> m_columns;
     QVector<Row> m_rows;
     int m_position = -1;
+    int m_positionBeforeNew = -1;
 };
 
 // Turns a value into what a column of the given type holds; texts are read under the machine's

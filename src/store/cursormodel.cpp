@@ -26,6 +26,8 @@ CursorModel::CursorModel(const QString& databasePath, const QString& statement, 
     connect(&ChangeNotifier::instance(), &ChangeNotifier::tableChanged, this, &CursorModel::onTableChanged);
 }
 
+CursorModel::CursorModel(QObject* parent) : QAbstractTableModel(parent) {}
+
 CursorModel::~CursorModel() = default;
 
 void CursorModel::refresh()
@@ -33,7 +35,12 @@ void CursorModel::refresh()
     const qint64 current = m_cursor.rowIdAt(currentRow());
     const int formerRow = currentRow();
     Cursor fresh;
-    fresh.open(m_statement, m_connection);
+    try {
+        fresh.open(m_statement, m_connection);
+    } catch (...) {
+        m_stale = true;
+        throw;
+    }
 
     beginResetModel();
     m_cursor = std::move(fresh);
@@ -47,8 +54,38 @@ void CursorModel::refresh()
     if (row < 0 && m_cursor.recordCount() > 0)
         row = std::clamp(formerRow, 0, m_cursor.recordCount() - 1);
     m_cursor.moveTo(row);
+    m_stale = false;
     endResetModel();
     Q_EMIT currentRowChanged(currentRow());
+}
+
+bool CursorModel::tryRefresh() noexcept
+{
+    if (!m_connection.isOpen())
+        return false;
+    try {
+        refresh();
+        return true;
+    } catch (...) {
+        m_stale = true;
+        return false;
+    }
+}
+
+bool CursorModel::discardEdits() noexcept
+{
+    const int row = currentRow();
+    if (m_cursor.isEditing()) {
+        // An added row leaves the grid; an edited one shows its old values.
+        beginResetModel();
+        m_cursor.cancelUpdate();
+        endResetModel();
+    }
+    if (tryRefresh())
+        return true;
+    if (currentRow() != row)
+        Q_EMIT currentRowChanged(currentRow());
+    return false;
 }
 
 int CursorModel::currentRow() const
@@ -107,12 +144,16 @@ void CursorModel::announceChange()
 
 void CursorModel::onTableChanged(const QString& table)
 {
-    if (!concerns(table, m_table))
+    if (!m_followsChanges || !concerns(table, m_table))
         return;
+    const bool wasStale = m_stale;
     try {
         refresh();
     } catch (const StoreError& error) {
-        Q_EMIT refreshFailed(error.message());
+        // A view that already failed to read was told about then, or failed while its window
+        // told of the failure that caused it; it stays quiet until it reads again.
+        if (!wasStale)
+            Q_EMIT refreshFailed(error);
     }
 }
 

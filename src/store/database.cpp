@@ -3,6 +3,7 @@
 #include "../app/numbers.h"
 #include "csv.h"
 #include "databasefile.h"
+#include "errortext.h"
 #include "schema.h"
 #include "storeerror.h"
 
@@ -11,6 +12,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 #include <QSqlError>
 #include <QSqlQuery>
 
@@ -92,7 +94,7 @@ void loadTable(Connection& connection, const TableDef& table, const QString& fil
             }
         }
         if (!insert.exec())
-            throw StoreError(engineMessage(insert.lastError()));
+            throw engineError(insert.lastError(), StoreError::Access::Write);
     }
 }
 
@@ -130,8 +132,64 @@ int schemaVersion(Connection& connection)
 {
     QSqlQuery query(connection.database());
     if (!query.exec(QStringLiteral("PRAGMA user_version")) || !query.next())
-        throw StoreError(engineMessage(query.lastError()));
+        throw engineError(query.lastError(), StoreError::Access::Read);
     return query.value(0).toInt();
+}
+
+QStringList missingTables(Connection& connection)
+{
+    QSqlQuery query(connection.database());
+    query.setForwardOnly(true);
+    if (!query.exec(QStringLiteral("SELECT name FROM sqlite_master WHERE type IN ('table', 'view')")))
+        throw engineError(query.lastError(), StoreError::Access::Read);
+    QSet<QString> present;
+    while (query.next())
+        present.insert(query.value(0).toString().toLower());
+    if (query.lastError().isValid())
+        throw engineError(query.lastError(), StoreError::Access::Read);
+
+    QStringList missing;
+    for (const TableDef& table : schema::tables()) {
+        if (!present.contains(table.name.toLower()))
+            missing << table.name;
+    }
+    for (const ViewDef& view : schema::views()) {
+        if (!present.contains(view.name.toLower()))
+            missing << view.name;
+    }
+    return missing;
+}
+
+void check(const QString& path)
+{
+    static const QString whatToDo = QStringLiteral(
+        "Restaure uma cópia de segurança do Lavra.db nesta pasta, ou mova este arquivo para outra pasta para que o "
+        "programa crie um banco de dados novo, sem os cadastros.");
+    QStringList missing;
+    try {
+        Connection connection(path);
+        connection.open();
+        missing = missingTables(connection);
+        connection.close();
+    } catch (const StoreError& error) {
+        // A file that is held or cannot be opened is told in the engine's plain words; only a
+        // damaged one calls for a copy.
+        if (engineFailure(-1, error.detail()) != EngineFailure::Damaged)
+            throw;
+        throw StoreError(QStringLiteral("O arquivo não é um banco de dados do Lavra, ou está danificado.\n") + whatToDo,
+                         error.detail(), StoreError::Access::Read);
+    }
+    if (missing.isEmpty())
+        return;
+    const int total = static_cast<int>(schema::tables().size() + schema::views().size());
+    QString which;
+    if (missing.size() == 1)
+        which = QStringLiteral("Falta a tabela %1.").arg(missing.first());
+    else if (missing.size() <= 5)
+        which = QStringLiteral("Faltam as tabelas %1.").arg(missing.join(QStringLiteral(", ")));
+    else
+        which = QStringLiteral("Faltam %1 das %2 tabelas.").arg(missing.size()).arg(total);
+    throw StoreError(QStringLiteral("O banco de dados está incompleto. %1\n").arg(which) + whatToDo);
 }
 
 void create(const QString& path, const QString& dataDir)

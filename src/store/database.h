@@ -24,4 +24,12 @@ void loadStartingRows(Connection& connection, const QString& dataDir);
 // The schema version written in the file; 0 for a file made before versions were kept.
 int schemaVersion(Connection& connection);
 
+// The tables and aliases of the schema that the open file lacks, in schema order. Throws
+// StoreError when the file cannot be read as a database.
+QStringList missingTables(Connection& connection);
+
+// Makes sure the file at path can be worked on: a database that holds every table of the
+// schema. Otherwise throws StoreError with one message that says what is wrong and what to do.
+void check(const QString& path);
+
 } // namespace lavra::database

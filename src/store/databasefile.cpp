@@ -1,8 +1,9 @@
 #include "databasefile.h"
 
 #include "changenotifier.h"
-#include "storeerror.h"
+#include "errortext.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QHash>
 #include <QSqlError>
@@ -24,12 +25,79 @@ QString canonicalKey(const QString& path)
     return info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
 }
 
+// A couple of seconds: long enough to outlast another program's own short write, short enough
+// that a file held for good is told before the user thinks the program froze.
+int& configuredBusyTimeout()
+{
+    static int milliseconds = 2000;
+    return milliseconds;
+}
+
+// Set once a statement gave up on a held file, until control returns to the event loop.
+bool& busyGivenUp()
+{
+    static bool givenUp = false;
+    return givenUp;
+}
+
+int effectiveBusyTimeout() { return busyGivenUp() ? 0 : configuredBusyTimeout(); }
+
+template <typename F>
+void forEachOpenFile(F f)
+{
+    for (const auto& weak : openFiles()) {
+        if (const auto file = weak.lock())
+            f(*file);
+    }
+}
+
 } // namespace
 
 QString engineMessage(const QSqlError& error)
 {
     const QString text = error.databaseText().isEmpty() ? error.text() : error.databaseText();
     return text.trimmed();
+}
+
+StoreError engineError(const QSqlError& error, StoreError::Access access)
+{
+    const QString words = engineMessage(error);
+    bool numeric = false;
+    int code = error.nativeErrorCode().toInt(&numeric);
+    if (!numeric)
+        code = -1;
+    if (engineFailure(code, words) == EngineFailure::Busy)
+        DatabaseFile::busyGaveUp();
+    return StoreError(plainEngineText(code, words), words, access);
+}
+
+void DatabaseFile::setBusyTimeout(int milliseconds)
+{
+    configuredBusyTimeout() = milliseconds;
+    forEachOpenFile([](const DatabaseFile& file) { file.applyBusyTimeout(effectiveBusyTimeout()); });
+}
+
+int DatabaseFile::busyTimeout() { return configuredBusyTimeout(); }
+
+void DatabaseFile::busyGaveUp()
+{
+    // Without an event loop there is no user action to end, so every statement waits in full.
+    if (busyGivenUp() || !QCoreApplication::instance())
+        return;
+    busyGivenUp() = true;
+    forEachOpenFile([](const DatabaseFile& file) { file.applyBusyTimeout(0); });
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(),
+        []() {
+            busyGivenUp() = false;
+            forEachOpenFile([](const DatabaseFile& file) { file.applyBusyTimeout(configuredBusyTimeout()); });
+        },
+        Qt::QueuedConnection);
+}
+
+void DatabaseFile::applyBusyTimeout(int milliseconds) const
+{
+    QSqlQuery(database()).exec(QStringLiteral("PRAGMA busy_timeout = %1").arg(milliseconds));
 }
 
 std::shared_ptr<DatabaseFile> DatabaseFile::acquire(const QString& path)
@@ -50,12 +118,12 @@ DatabaseFile::DatabaseFile(QString path) : m_path(std::move(path)), m_key(canoni
     m_name = QStringLiteral("lavra-%1").arg(++serial);
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name);
     db.setDatabaseName(m_path);
-    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
+    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(effectiveBusyTimeout()));
     if (!db.open()) {
-        const QString message = engineMessage(db.lastError());
+        const StoreError error = engineError(db.lastError(), StoreError::Access::Read);
         db = QSqlDatabase();
         QSqlDatabase::removeDatabase(m_name);
-        throw StoreError(message);
+        throw error;
     }
 }
 
@@ -79,17 +147,27 @@ QSqlDatabase DatabaseFile::database() const
     return QSqlDatabase::database(m_name, false);
 }
 
-void DatabaseFile::run(const QString& sql)
+void DatabaseFile::run(const QString& sql, StoreError::Access access)
 {
     QSqlQuery query(database());
     if (!query.exec(sql))
-        throw StoreError(engineMessage(query.lastError()));
+        throw engineError(query.lastError(), access);
+}
+
+qint64 DatabaseFile::changeCount() const
+{
+    QSqlQuery query(database());
+    if (query.exec(QStringLiteral("SELECT total_changes()")) && query.next())
+        return query.value(0).toLongLong();
+    return -1;
 }
 
 void DatabaseFile::begin()
 {
+    const qint64 changes = changeCount();
     run(QStringLiteral("SAVEPOINT lavra_%1").arg(m_depth + 1));
     ++m_depth;
+    m_changesAtBegin.append(changes);
 }
 
 void DatabaseFile::commit()
@@ -98,6 +176,7 @@ void DatabaseFile::commit()
         throw StoreError(QStringLiteral("Não há transação aberta."));
     run(QStringLiteral("RELEASE lavra_%1").arg(m_depth));
     --m_depth;
+    m_changesAtBegin.removeLast();
 }
 
 void DatabaseFile::rollback()
@@ -105,10 +184,15 @@ void DatabaseFile::rollback()
     if (m_depth == 0)
         throw StoreError(QStringLiteral("Não há transação aberta."));
     const int depth = m_depth--;
+    const qint64 before = m_changesAtBegin.takeLast();
+    const bool undoesRows = before < 0 || changeCount() != before;
     run(QStringLiteral("ROLLBACK TO lavra_%1").arg(depth));
     run(QStringLiteral("RELEASE lavra_%1").arg(depth));
-    // Views may have shown rows that are now undone.
-    ChangeNotifier::instance().notify(QString());
+    // Views may have shown rows that are now undone. A transaction that wrote no row undoes
+    // nothing they could show, and re-reading a file that just refused a write would only
+    // fail again and tell the user twice.
+    if (undoesRows)
+        ChangeNotifier::instance().notify(QString());
 }
 
 } // namespace lavra

@@ -1,4 +1,6 @@
+#include "app/startup.h"
 #include "store/database.h"
+#include "store/databasefile.h"
 #include "store/schema.h"
 #include "store/store.h"
 #include "store/storeerror.h"
@@ -7,6 +9,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlQuery>
+#include <QTemporaryDir>
+
+#include <functional>
 #include <gtest/gtest.h>
 
 using namespace lavra;
@@ -116,5 +121,97 @@ TEST_F(SeedTest, UnknownTableOrColumnIsRefused)
     EXPECT_THROW(database::create(target(), dataDir()), StoreError);
     EXPECT_FALSE(QFileInfo::exists(target()));
 }
+
+// What a user may find at the place of Lavra.db, and what start makes of it.
+struct FoundFile {
+    const char* what;
+    std::function<void(const QString& path)> make;
+    const char* refusal;  // empty: the program starts on a complete database
+};
+
+void writeBytes(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+void withoutTables(const QString& path, const QStringList& tables)
+{
+    database::create(path);
+    Connection connection(path);
+    connection.open();
+    for (const QString& table : tables)
+        connection.execute(QStringLiteral("DROP TABLE %1").arg(quoteIdentifier(table)));
+    connection.close();
+}
+
+void PrintTo(const FoundFile& found, std::ostream* os) { *os << found.what; }
+
+class FoundFileTest : public ::testing::TestWithParam<FoundFile> {};
+
+TEST_P(FoundFileTest, StartCreatesOrRefusesWithOneMessage)
+{
+    const FoundFile& found = GetParam();
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("Lavra.db"));
+    if (found.make)
+        found.make(path);
+    QByteArray before;
+    if (QFile file(path); file.open(QIODevice::ReadOnly))
+        before = file.readAll();
+
+    Session session;
+    const QString refusal = QString::fromUtf8(found.refusal);
+    if (refusal.isEmpty()) {
+        ASSERT_NO_THROW(AbreBanco(session, path)) << found.what;
+        EXPECT_EQ(session.db.strConn, path);
+        EXPECT_NO_THROW(database::check(path));
+        Store db(path);
+        db.AbreTabela(QStringLiteral("SELECT * FROM CotDolar"));
+        EXPECT_EQ(db.rs.recordCount(), 1) << "the starting rows are there";
+        db.fecha();
+        return;
+    }
+    try {
+        AbreBanco(session, path);
+        ADD_FAILURE() << found.what << " was taken for a database";
+    } catch (const StoreError& error) {
+        EXPECT_TRUE(error.message().contains(refusal)) << error.message().toStdString();
+        // Always what to do about it.
+        EXPECT_TRUE(error.message().contains(QStringLiteral("Restaure uma cópia de segurança do Lavra.db")));
+        EXPECT_TRUE(error.message().contains(QStringLiteral("mova este arquivo para outra pasta")));
+    }
+    // The user's file is never replaced.
+    QFile after(path);
+    ASSERT_TRUE(after.open(QIODevice::ReadOnly));
+    EXPECT_EQ(after.readAll(), before) << found.what;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Start, FoundFileTest,
+    ::testing::Values(
+        FoundFile{"no file", {}, ""},
+        FoundFile{"an empty file", [](const QString& p) { writeBytes(p, {}); }, ""},
+        FoundFile{"a text file", [](const QString& p) { writeBytes(p, QByteArray("Lavra.db\n").repeated(500)); },
+                  "não é um banco de dados do Lavra"},
+        FoundFile{"a half-copied database",
+                  [](const QString& p) {
+                      database::create(p);
+                      QFile file(p);
+                      ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+                      const QByteArray head = file.read(50);
+                      file.resize(0);
+                      file.write(head + QByteArray(4046, '\xff'));
+                  },
+                  "não é um banco de dados do Lavra"},
+        FoundFile{"a database without one table",
+                  [](const QString& p) { withoutTables(p, {QStringLiteral("Graf")}); }, "Falta a tabela Graf."},
+        FoundFile{"a database of another program",
+                  [](const QString& p) {
+                      writeBytes(p, {});
+                      DatabaseFile::acquire(p)->run(QStringLiteral("CREATE TABLE Notas (Texto TEXT)"));
+                  },
+                  "O banco de dados está incompleto. Faltam"}));
 
 } // namespace

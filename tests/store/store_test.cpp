@@ -1,11 +1,14 @@
 #include "store/changenotifier.h"
 #include "store/cursormodel.h"
+#include "store/databasefile.h"
 #include "store/database.h"
 #include "store/store.h"
 #include "store/storeerror.h"
+#include "heldfile.h"
 #include "testsupport.h"
 
 #include <QDate>
+#include <QElapsedTimer>
 #include <gtest/gtest.h>
 
 using namespace lavra;
@@ -266,6 +269,81 @@ TEST_F(StoreTest, ViewsReadTheirTableAgainAfterAChangeByAnotherPath)
     // The current row follows its row, not its place.
     EXPECT_EQ(clients.currentRow(), 1);
     EXPECT_EQ(materialResets, 0);
+}
+
+TEST_F(StoreTest, CancelledChangesAreNeverWritten)
+{
+    addClient(QStringLiteral("Ana"));
+    addClient(QStringLiteral("Bruno"));
+    const struct {
+        const char* what;
+        bool added;
+        int currentAfter;  // the row current once the change is dropped
+    } cases[] = {{"an edited row reads as it was read", false, 0}, {"an added row goes", true, 0}};
+    for (const auto& c : cases) {
+        db.AbreTabela(QStringLiteral("SELECT * FROM Clientes ORDER BY Nome"));
+        if (c.added)
+            db.rs.addNew();
+        db.rs.setValue(0, QStringLiteral("Carla"));
+        db.rs.cancelUpdate();
+        EXPECT_FALSE(db.rs.isEditing()) << c.what;
+        EXPECT_EQ(db.rs.recordCount(), 2) << c.what;
+        EXPECT_EQ(db.rs.position(), c.currentAfter) << c.what;
+        EXPECT_EQ(db.rs.value(0).toString(), QStringLiteral("Ana")) << c.what;
+        db.rs.moveLast();  // moving off the row writes nothing now
+        db.fecha();
+        EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT COUNT(*) FROM Clientes WHERE Nome = 'Carla'")).toInt(), 0)
+            << c.what;
+    }
+}
+
+TEST_F(StoreTest, OnlyARollbackThatUndidRowsMakesViewsReadAgain)
+{
+    ChangeNotifier::instance().flush();
+    QStringList told;
+    const auto connection = QObject::connect(&ChangeNotifier::instance(), &ChangeNotifier::tableChanged,
+                                             [&told](const QString& table) { told << table; });
+    scratch.exec(QStringLiteral(
+        "CREATE TRIGGER recusa BEFORE INSERT ON Clientes WHEN NEW.Nome = 'X' BEGIN SELECT RAISE(ABORT, 'recusado'); END"));
+    ChangeNotifier::instance().flush();
+    told.clear();
+
+    for (const char* nome : {"X", "Ana"}) {
+        db.AbreConexao();
+        Transaction transaction(db.cn);
+        db.rs.open(QStringLiteral("SELECT * FROM Clientes"), db.cn);
+        db.rs.addNew();
+        db.rs.setValue(0, QString::fromLatin1(nome));
+        try {
+            db.rs.update();
+        } catch (const StoreError& error) {
+            EXPECT_TRUE(error.stoppedWrite());
+            db.rs.cancelUpdate();
+        }
+        // Left without commit: rolled back here.
+    }
+    db.fecha();
+    ChangeNotifier::instance().flush();
+    QObject::disconnect(connection);
+    // The refused row undid nothing; the written one was undone, and the views are told so.
+    EXPECT_EQ(told.count(QString()), 1);
+    EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT COUNT(*) FROM Clientes")).toInt(), 0);
+}
+
+TEST_F(StoreTest, AHeldFileIsWaitedForOnceNotTwice)
+{
+    const int former = DatabaseFile::busyTimeout();
+    DatabaseFile::setBusyTimeout(400);
+    test::HeldFile other(scratch.path());
+    ASSERT_TRUE(other.held());
+    QElapsedTimer waited;
+    waited.start();
+    EXPECT_THROW(db.AbreTabela(QStringLiteral("SELECT * FROM Clientes ORDER BY Nome")), StoreError);
+    const qint64 elapsed = waited.elapsed();
+    db.descarta();
+    DatabaseFile::setBusyTimeout(former);
+    EXPECT_GE(elapsed, 300);
+    EXPECT_LT(elapsed, 750) << "an editable reading tried again after the file refused it";
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include "frmlavra.h"
 #include "infowindows.h"
 #include "messages.h"
+#include "translations.h"
 #include "store/database.h"
 #include "store/storeerror.h"
 
@@ -77,21 +78,43 @@ FrmLavra* Aplicacao::mostraJanelaPrincipal()
     return m_main;
 }
 
+bool AplicacaoQt::notify(QObject* receiver, QEvent* event)
+{
+    // The windows catch the failures of the database where the user's context is; this is the
+    // last guard, for one that slipped through an event handler or a slot.
+    try {
+        return QApplication::notify(receiver, event);
+    } catch (const StoreError& error) {
+        erroBanco(activeWindow(), error);
+    } catch (const std::exception& error) {
+        critico(activeWindow(), QStringLiteral("Ocorreu um erro inesperado:\n%1\n\nA operação foi interrompida; o "
+                                               "programa continua.")
+                                    .arg(QString::fromLocal8Bit(error.what())));
+    }
+    return false;
+}
+
+std::unique_ptr<Aplicacao> abrePrograma(const QString& databasePath)
+{
+    try {
+        return std::make_unique<Aplicacao>(databasePath);
+    } catch (const StoreError& error) {
+        erroAbertura(databasePath, error);
+        return nullptr;
+    }
+}
+
 int executa(int argc, char** argv)
 {
-    QApplication app(argc, argv);
+    AplicacaoQt app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Lavra"));
     QApplication::setApplicationVersion(QStringLiteral("2.1"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/art/lavra-icon.svg")));
+    carregaTraducoes();
 
-    std::unique_ptr<Aplicacao> lavra;
-    try {
-        lavra = std::make_unique<Aplicacao>(database::defaultPath());
-    } catch (const StoreError& error) {
-        critico(nullptr, QStringLiteral("Não foi possível abrir o banco de dados %1:\n%2\n\nO programa será encerrado.")
-                             .arg(database::defaultPath(), error.message()));
+    std::unique_ptr<Aplicacao> lavra = abrePrograma(database::defaultPath());
+    if (!lavra)
         return 1;
-    }
 
     auto* splash = new FrmAbertura;
     centraliza(splash);

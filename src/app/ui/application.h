@@ -4,6 +4,7 @@
 #include "frmlavra.h"
 #include "windowregistry.h"
 
+#include <QApplication>
 #include <QPointer>
 
 #include <memory>
@@ -14,7 +15,7 @@ namespace lavra::ui {
 // scratch database to drive the real windows.
 class Aplicacao {
 public:
-    // Opens the database at path, creating it complete when missing. Throws StoreError.
+    // Opens the database at path, creating it complete when missing or empty. Throws StoreError.
     explicit Aplicacao(const QString& databasePath);
     ~Aplicacao();
     Aplicacao(const Aplicacao&) = delete;
@@ -34,6 +35,18 @@ private:
     WindowRegistry m_windows;
     QPointer<FrmLavra> m_main;
 };
+
+// The program's event loop. A failure that a window let through is told, and the program goes
+// on instead of ending in the middle of the user's work.
+class AplicacaoQt final : public QApplication {
+public:
+    using QApplication::QApplication;
+    bool notify(QObject* receiver, QEvent* event) override;
+};
+
+// Opens the program on the database at path; when it cannot be worked on, tells why in one box
+// and returns null.
+std::unique_ptr<Aplicacao> abrePrograma(const QString& databasePath);
 
 // The program: splash, then the main window on Lavra.db beside the executable.
 int executa(int argc, char** argv);

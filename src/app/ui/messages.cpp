@@ -4,6 +4,7 @@
 #include "store/storeerror.h"
 
 #include <QAbstractButton>
+#include <QDir>
 
 namespace lavra::ui {
 
@@ -70,9 +71,31 @@ void mostraRecusa(QWidget* parent, const Recusa& recusa)
     }
 }
 
+namespace {
+
+QString detalhe(const StoreError& error)
+{
+    if (error.detail().isEmpty() || error.detail() == error.message())
+        return {};
+    return QStringLiteral("\n\nDetalhe: ") + error.detail();
+}
+
+} // namespace
+
 void erroBanco(QWidget* parent, const StoreError& error)
 {
-    critico(parent, QStringLiteral("Erro no banco de dados:\n") + error.message());
+    QString texto = QStringLiteral("Erro no banco de dados:\n") + error.message();
+    // A refused write is one statement or a transaction rolled back, so none of it stays.
+    if (error.stoppedWrite())
+        texto += QStringLiteral("\nNada foi gravado.");
+    critico(parent, texto + detalhe(error));
+}
+
+void erroAbertura(const QString& caminho, const StoreError& error)
+{
+    critico(nullptr, QStringLiteral("Não foi possível abrir o banco de dados %1.\n\n%2\n\nO programa será encerrado.")
+                         .arg(QDir::toNativeSeparators(caminho), error.message())
+                         + detalhe(error));
 }
 
 } // namespace lavra::ui

@@ -45,7 +45,10 @@ bool confirma(QWidget* parent, const QString& texto);
 bool pergunta(QWidget* parent, const QString& texto);
 // A step's refusal, in the box its kind calls for.
 void mostraRecusa(QWidget* parent, const Recusa& recusa);
-// A failure of the database: critical, with the engine's own words.
+// A failure of the database: critical, in plain words, saying when a write was stopped, with the
+// engine's own words as a detail.
 void erroBanco(QWidget* parent, const StoreError& error);
+// The database at path cannot be worked on at start: critical, naming the file; the program ends.
+void erroAbertura(const QString& caminho, const StoreError& error);
 
 } // namespace lavra::ui

@@ -1,7 +1,6 @@
 #include "app/numbers.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
-#include "app/validation.h"
 #include "app/ui/fieldchecks.h"
 #include "app/ui/messages.h"
 #include "registers/inputs.h"
@@ -37,7 +36,7 @@ public:
         m_cota = new QLineEdit(this);
         m_cota->setObjectName(QStringLiteral("txtCota"));
         m_cota->setMaximumWidth(100);
-        checaAoSair(m_cota);
+        checaAoSair(m_cota, Grandeza::Cotacao);
         row->addWidget(m_cota);
         row->addWidget(new QLabel(QStringLiteral("reais"), this));
         row->addStretch();
@@ -64,15 +63,16 @@ private:
 
     void atualiza()
     {
-        if (m_cota->text().isEmpty())
+        if (m_cota->text().trimmed().isEmpty())
             return;
-        // A refused text was already told as the field was left.
-        if (lavra::ValidaNumero(m_cota->text()).invalid)
+        if (recusaCampo(m_cota))
             return;
         try {
             AtualizaCotacao(m_session.db, toSingle(parseNumber(m_cota->text()).value_or(0.0)));
         } catch (const StoreError& error) {
+            // Nothing changed, and reading the same file again would only tell the failure twice.
             erroBanco(this, error);
+            return;
         }
         ExibeCotacao();
     }

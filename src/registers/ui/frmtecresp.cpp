@@ -87,10 +87,8 @@ private:
             MarcaTecnico(*view(), m_session, nome);
             view()->announceChange();
         } catch (const StoreError& error) {
-            try {
-                view()->refresh();
-            } catch (const StoreError&) {
-            }
+            // The refused mark is dropped, so that no later click on the grid writes it.
+            view()->discardEdits();
             erroBanco(this, error);
             return;
         }

@@ -13,6 +13,8 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include <optional>
+
 namespace lavra::ui {
 
 RegisterWindow::RegisterWindow(Session& session, WindowRegistry& windows, const Config& config)
@@ -21,7 +23,15 @@ RegisterWindow::RegisterWindow(Session& session, WindowRegistry& windows, const 
     setWindowTitle(config.title);
     m_layout = new QVBoxLayout(this);
 
-    m_view = new CursorModel(session.db.strConn, config.statement, this);
+    std::optional<StoreError> unreadable;
+    try {
+        m_view = new CursorModel(session.db.strConn, config.statement, this);
+    } catch (const StoreError& error) {
+        // The window still opens, empty and with nothing to act on, so that the user reads the
+        // failure where it happened and the program goes on.
+        m_view = new CursorModel(this);
+        unreadable = error;
+    }
     m_view->setObjectName(QStringLiteral("adoData"));
     m_grid = new QTableView(this);
     m_grid->setObjectName(config.gridName);
@@ -38,8 +48,17 @@ RegisterWindow::RegisterWindow(Session& session, WindowRegistry& windows, const 
 
     connect(m_grid->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex& current) {
-                if (current.isValid() && current.row() != m_view->currentRow())
+                if (!current.isValid() || current.row() == m_view->currentRow())
+                    return;
+                try {
                     m_view->setCurrentRow(current.row());
+                } catch (const StoreError& error) {
+                    // Leaving a row writes what it holds; a refused row is dropped, never to be
+                    // written by a later click.
+                    m_view->discardEdits();
+                    m_grid->setCurrentIndex(m_view->index(m_view->currentRow(), 0));
+                    showError(error);
+                }
             });
     connect(m_view, &CursorModel::currentRowChanged, this, [this](int row) {
         if (row >= 0 && m_grid->currentIndex().row() != row)
@@ -47,9 +66,7 @@ RegisterWindow::RegisterWindow(Session& session, WindowRegistry& windows, const 
         mostraLinha();
     });
     connect(m_view, &QAbstractItemModel::modelReset, this, [this]() { ajustaColunas(); });
-    connect(m_view, &CursorModel::refreshFailed, this, [this](const QString& message) {
-        showError(StoreError(message));
-    });
+    connect(m_view, &CursorModel::refreshFailed, this, [this](const StoreError& error) { showError(error); });
 
     m_form = new QWidget(this);
     m_layout->addWidget(m_form);
@@ -67,14 +84,21 @@ RegisterWindow::RegisterWindow(Session& session, WindowRegistry& windows, const 
     m_edita = button(QStringLiteral("cmdEdita"), QStringLiteral("Editar"), &RegisterWindow::edita);
     m_exclui = button(QStringLiteral("cmdExclui"), QStringLiteral("Excluir"), &RegisterWindow::exclui);
     buttons->addStretch();
-    button(QStringLiteral("cmdConfirma"), QStringLiteral("Executar"), &RegisterWindow::executa)->setDefault(true);
-    button(QStringLiteral("cmdCancela"), QStringLiteral("Cancela"), &RegisterWindow::cancela);
+    QPushButton* confirma = button(QStringLiteral("cmdConfirma"), QStringLiteral("Executar"), &RegisterWindow::executa);
+    confirma->setDefault(true);
+    QPushButton* cancela = button(QStringLiteral("cmdCancela"), QStringLiteral("Cancela"), &RegisterWindow::cancela);
     button(QStringLiteral("cmdSai"), QStringLiteral("Sair"), &RegisterWindow::sai);
     m_layout->addLayout(buttons);
 
     ajustaColunas();
-    if (m_view->rowCount() > 0)
+    if (unreadable) {
+        // Only Sair is left; the register is opened again once the file can be read.
+        for (QPushButton* b : {m_novo, m_edita, m_exclui, confirma, cancela})
+            b->setEnabled(false);
+        showError(*unreadable);
+    } else if (m_view->rowCount() > 0) {
         m_view->setCurrentRow(0);
+    }
 }
 
 QLineEdit* RegisterWindow::addField(const QString& name, int ordinal, int maxLength)
@@ -114,8 +138,9 @@ void RegisterWindow::BloqueiaTextos()
 
 bool RegisterWindow::VerificaTextos() const
 {
+    // A field of blanks is as empty as one with nothing.
     for (const auto& [field, ordinal] : m_fields) {
-        if (field->text().isEmpty())
+        if (field->text().trimmed().isEmpty())
             return false;
     }
     return true;
@@ -192,6 +217,8 @@ void RegisterWindow::exclui()
 
 void RegisterWindow::cancela()
 {
+    // What was typed and refused is dropped for good: leaving the row later writes nothing.
+    m_view->discardEdits();
     setOperacao(QString());
     habilitaBotoes(true);
     BloqueiaTextos();
@@ -200,8 +227,19 @@ void RegisterWindow::cancela()
 
 void RegisterWindow::executa()
 {
+    // Blanks around a text are never meant, and "Ana " must meet "Ana" in the checks and the table.
+    for (const auto& [field, ordinal] : m_fields) {
+        if (!field->isReadOnly() && field->text() != field->text().trimmed())
+            field->setText(field->text().trimmed());
+    }
     if (!VerificaTextos()) {
         aviso(this, QStringLiteral("Há campos vazios."));
+        for (const auto& [field, ordinal] : m_fields) {
+            if (field->text().trimmed().isEmpty()) {
+                field->setFocus();
+                break;
+            }
+        }
         return;
     }
     const QString op = operacao();
@@ -249,14 +287,13 @@ void RegisterWindow::grava()
         rs.update();
         transaction.commit();
     } catch (const StoreError&) {
-        // The view still holds the refused row; read the table again as it is.
-        try {
-            m_view->refresh();
-        } catch (const StoreError&) {
-        }
+        // The cursor would write the refused row when it leaves it: drop it, and show the table
+        // as the file has it when the file can be read. The caller tells the failure, once.
+        m_view->discardEdits();
         throw;
     }
-    m_view->refresh();
+    // Written: a grid that cannot be read again just now keeps its rows, the new one among them.
+    m_view->tryRefresh();
 }
 
 void RegisterWindow::showError(const StoreError& error) { erroBanco(this, error); }
