@@ -78,22 +78,10 @@ QChar groupSymbolFor(QChar decimal)
     return decimal == QLatin1Char(',') ? QLatin1Char('.') : QLatin1Char(',');
 }
 
-} // namespace
-
-QLocale machineLocale()
-{
-    return localeOverride() ? *localeOverride() : QLocale::system();
-}
-
-void setMachineLocale(const QLocale& locale) { localeOverride() = locale; }
-void resetMachineLocale() { localeOverride().reset(); }
-
-QChar decimalSymbol()
-{
-    return machineLocale().toString(0.5).at(1);
-}
-
-std::optional<double> parseNumber(const QString& input)
+// Reads a number under the machine's setting. The platform's own test takes thousands separators
+// anywhere in the whole part and skips them; a reading must not, or "1.5" typed on a comma
+// machine would become fifteen.
+std::optional<double> readNumber(const QString& input, bool groupsSkipped)
 {
     const QString text = input.trimmed();
     const QChar decimal = decimalSymbol();
@@ -116,7 +104,7 @@ std::optional<double> parseNumber(const QString& input)
         } else if (c == decimal && !seenDecimal) {
             plain += '.';
             seenDecimal = true;
-        } else if (c == group && !seenDecimal) {
+        } else if (c == group && !seenDecimal && groupsSkipped) {
             continue;
         } else {
             break;
@@ -150,7 +138,24 @@ std::optional<double> parseNumber(const QString& input)
     return plain[0] == '-' ? -value : value;
 }
 
-bool isNumericText(const QString& text) { return parseNumber(text).has_value(); }
+} // namespace
+
+QLocale machineLocale()
+{
+    return localeOverride() ? *localeOverride() : QLocale::system();
+}
+
+void setMachineLocale(const QLocale& locale) { localeOverride() = locale; }
+void resetMachineLocale() { localeOverride().reset(); }
+
+QChar decimalSymbol()
+{
+    return machineLocale().toString(0.5).at(1);
+}
+
+std::optional<double> parseNumber(const QString& text) { return readNumber(text, false); }
+
+bool isNumericText(const QString& text) { return readNumber(text, true).has_value(); }
 
 std::optional<double> toNumber(const QVariant& value)
 {

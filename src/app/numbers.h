@@ -17,13 +17,16 @@ void resetMachineLocale();
 // The decimal symbol: the second character of 0.5 written as text.
 QChar decimalSymbol();
 
-// Whether the platform reads the text as a number: blanks around, a sign, thousands separators
-// anywhere in the whole part, one decimal symbol and an exponent are all accepted.
+// Whether the platform takes the text for a number: blanks around, a sign, thousands separators
+// anywhere in the whole part, one decimal symbol and an exponent are all accepted. A test only:
+// a text with a thousands separator passes it but does not read as a number.
 bool isNumericText(const QString& text);
-// Numbers, and texts that isNumericText accepts; null, empty and other types are not numeric.
+// Numbers, and texts that parseNumber reads; null, empty and other types are not numeric.
 bool isNumeric(const QVariant& value);
 
-// Reads a text under the machine's setting, as isNumericText accepts it.
+// Reads a text under the machine's setting: blanks around, a sign, the decimal symbol and an
+// exponent. A thousands separator is refused, not skipped, so that "1.5" on a comma machine or
+// "80,5" on a point machine is no number rather than fifteen or 805.
 std::optional<double> parseNumber(const QString& text);
 // Numbers as they are, texts through parseNumber.
 std::optional<double> toNumber(const QVariant& value);

@@ -11,6 +11,8 @@
 #include <QDate>
 
 #include <algorithm>
+#include <cmath>
+#include <tuple>
 
 namespace lavra {
 
@@ -34,30 +36,48 @@ QString digitosDaData(const QString& data)
     return digitos;
 }
 
-// Every text field of the window but the date.
-bool VerificaTextos(const CamposAnalise& c)
+// Every text field of the window but the date, by its object name, in the order of the window.
+QList<std::pair<const char*, QString*>> textos(CamposAnalise& c)
 {
-    for (const QString* texto : {&c.cliente, &c.local, &c.fazenda, &c.gleba, &c.area, &c.numAnalise, &c.pH, &c.ca,
-                                 &c.mg, &c.al, &c.hAl, &c.smp, &c.mo, &c.argila, &c.p, &c.k, &c.ctc, &c.bases}) {
-        if (texto->isEmpty())
-            return false;
-    }
-    return true;
+    return {{"txtCliente", &c.cliente}, {"txtLocal", &c.local}, {"txtFazenda", &c.fazenda}, {"txtGleba", &c.gleba},
+            {"txtÁrea", &c.area},       {"txtAnálise", &c.numAnalise}, {"txtpH", &c.pH},   {"txtCa", &c.ca},
+            {"txtMg", &c.mg},           {"txtAl", &c.al},           {"txtH_Al", &c.hAl},     {"txtSMP", &c.smp},
+            {"txtMO", &c.mo},           {"txtArgila", &c.argila},   {"txtP", &c.p},          {"txtK", &c.k},
+            {"txtCTC", &c.ctc},         {"txtBases", &c.bases}};
 }
 
-// A number refused as its field was left can still be there when Executar is pressed, and the
-// store would read "1.5" on a comma machine as fifteen; it is refused again here.
+// Blanks around a text are never meant: a field of blanks is empty, and a name is the same name.
+CamposAnalise aparados(CamposAnalise c)
+{
+    for (const auto& [nome, texto] : textos(c))
+        *texto = texto->trimmed();
+    return c;
+}
+
+// The first empty field, if any.
+std::optional<QString> VerificaTextos(CamposAnalise c)
+{
+    for (const auto& [nome, texto] : textos(c)) {
+        if (texto->isEmpty())
+            return QString::fromUtf8(nome);
+    }
+    return std::nullopt;
+}
+
+// A number refused as its field was left can still be there when Executar is pressed, and so can
+// one that no soil has; both are refused again here, before anything is stored or worked out.
 std::optional<ResultadoCadastro> verificaNumeros(const CamposAnalise& c)
 {
-    const std::pair<const char*, const QString*> campos[] = {
-        {"txtÁrea", &c.area}, {"txtpH", &c.pH}, {"txtCa", &c.ca},   {"txtMg", &c.mg},         {"txtAl", &c.al},
-        {"txtH_Al", &c.hAl},  {"txtSMP", &c.smp}, {"txtMO", &c.mo}, {"txtArgila", &c.argila}, {"txtP", &c.p},
-        {"txtK", &c.k}};
-    for (const auto& [nome, texto] : campos) {
-        const NumberCheck check = ValidaNumero(*texto);
-        if (check.invalid)
-            return ResultadoCadastro{Desfecho::Aviso, check.messages.value(0, kMsgValorInvalido),
-                                     QString::fromUtf8(nome), {}};
+    const std::tuple<const char*, const QString*, Grandeza> campos[] = {
+        {"txtÁrea", &c.area, Grandeza::Area},   {"txtpH", &c.pH, Grandeza::PH},
+        {"txtCa", &c.ca, Grandeza::Ca},         {"txtMg", &c.mg, Grandeza::Mg},
+        {"txtAl", &c.al, Grandeza::Al},         {"txtH_Al", &c.hAl, Grandeza::HAl},
+        {"txtSMP", &c.smp, Grandeza::SMP},      {"txtMO", &c.mo, Grandeza::MO},
+        {"txtArgila", &c.argila, Grandeza::Argila}, {"txtP", &c.p, Grandeza::Fosforo},
+        {"txtK", &c.k, Grandeza::Potassio}};
+    for (const auto& [nome, texto, grandeza] : campos) {
+        if (const auto recusa = RecusaNumero(*texto, grandeza))
+            return ResultadoCadastro{Desfecho::Aviso, *recusa, QString::fromUtf8(nome), {}};
     }
     return std::nullopt;
 }
@@ -230,6 +250,9 @@ std::optional<CTCCalculada> CalculaCTC(const QString& ca, const QString& mg, con
     const float ctc = bases + toSingle(*vHAl);
     // A soil with nothing on its exchange sites has nothing to saturate.
     const float saturacao = ctc == 0.0f ? 0.0f : 100.0f * bases / ctc;
+    // Figures beyond a 32-bit float are refused by their fields; they never show as "inf".
+    if (!std::isfinite(ctc) || !std::isfinite(saturacao))
+        return std::nullopt;
     return CTCCalculada{FormataNumero(QVariant(ctc), 2), FormataNumero(QVariant(saturacao), 2)};
 }
 
@@ -278,22 +301,29 @@ QString avisoDataInexistente(const QString& data)
     return QStringLiteral("Data inexistente: %1. Verifique o dia e o mês.").arg(data);
 }
 
-ResultadoCadastro CadastraAnalise(Store& db, const EntradaCadastro& e)
+ResultadoCadastro CadastraAnalise(Store& db, const EntradaCadastro& entrada)
 {
-    if (e.operacao.isEmpty())
-        return resultado(Desfecho::Aviso, kMsgNenhumaAcao, e.codAnalise);
+    if (entrada.operacao.isEmpty())
+        return resultado(Desfecho::Aviso, kMsgNenhumaAcao, entrada.codAnalise);
 
+    EntradaCadastro e = entrada;
+    e.campos = aparados(entrada.campos);
     const bool exclusao = e.operacao == kExclusao;
     if (!exclusao) {
-        const CamposAnalise& c = e.campos;
-        if (!VerificaTextos(c))
-            return resultado(Desfecho::Aviso, kMsgCamposVazios, e.codAnalise);
+        CamposAnalise& c = e.campos;
+        if (const auto vazio = VerificaTextos(c))
+            return {Desfecho::Aviso, kMsgCamposVazios, *vazio, e.codAnalise};
         if (!c.mehlich && !c.resina)
             return resultado(Desfecho::Aviso, kMsgMetodoP, e.codAnalise);
         if (auto recusa = verificaNumeros(c)) {
             recusa->codAnalise = e.codAnalise;
             return *recusa;
         }
+        // An analysis of a client the register does not know would be found by no one.
+        const std::optional<QString> registrado = ClienteRegistrado(db, c.cliente);
+        if (!registrado)
+            return {Desfecho::Aviso, kMsgClienteNaoCadastrado, QStringLiteral("txtCliente"), e.codAnalise};
+        c.cliente = *registrado;
         // Asked at every save, whichever way the box stands: the choice changes the class of P.
         if (e.resposta == Resposta::NaoPerguntado)
             return resultado(Desfecho::Pergunta, perguntaArroz(c.arroz), e.codAnalise);
@@ -311,6 +341,29 @@ ResultadoCadastro CadastraAnalise(Store& db, const EntradaCadastro& e)
         throw;
     }
     return resultado(Desfecho::Aviso, kMsgNenhumaAcao, e.codAnalise);
+}
+
+std::optional<QString> ClienteRegistrado(Store& db, const QString& nome)
+{
+    const QString procurado = nome.trimmed();
+    std::optional<QString> registrado;
+    try {
+        db.strSQL = QStringLiteral("SELECT * FROM Clientes;");
+        db.AbreTabela(db.strSQL);
+        for (; !db.rs.atEnd(); db.rs.moveNext()) {
+            const QString nomeCadastrado = db.rs.value(0).toString();
+            // Exact, as the pickers list a client's analyses by the very name.
+            if (nomeCadastrado.trimmed() == procurado) {
+                registrado = nomeCadastrado;
+                break;
+            }
+        }
+        db.fecha();
+    } catch (...) {
+        db.descarta();
+        throw;
+    }
+    return registrado;
 }
 
 GradeClientes LeClientes(Store& db)

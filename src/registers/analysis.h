@@ -41,7 +41,8 @@ struct CTCCalculada {
     QString ctc;
     QString bases;
 };
-// Nothing while any of the four is empty or not a number. K comes in mg/dm3 and is turned into
+// Nothing while any of the four is empty or not a number, or when the figures pass what a 32-bit
+// float holds. K comes in mg/dm3 and is turned into
 // cmolc/dm3 with 399; everything is worked in 32-bit floats.
 std::optional<CTCCalculada> CalculaCTC(const QString& ca, const QString& mg, const QString& hAl, const QString& k);
 
@@ -98,11 +99,19 @@ inline const QString kMsgEdicaoComRecomendacao = QStringLiteral(
 inline const QString kMsgExclusaoComRecomendacao = QStringLiteral(
     "Esta análise não pode ser excluída, porque já existem recomendações calculadas para ela. É preciso primero "
     "excluir as recomendacões e depois excluir a análise.");
+inline const QString kMsgClienteNaoCadastrado = QStringLiteral(
+    "Cliente não cadastrado! Escolha o cliente entre os cadastrados, no botão ao lado do campo Cliente, ou "
+    "cadastre-o antes em Clientes.");
 QString perguntaArroz(bool arroz);
 QString perguntaExclusao(const QString& codigo);
 QString avisoDataInexistente(const QString& data);
 
-// Executar of the analysis register: every check, then the write or the deletion. The window asks
+// The client's name exactly as the register holds it, blanks around not counted; nothing when the
+// register has no such client. Leaves the shared pair closed; throws StoreError.
+std::optional<QString> ClienteRegistrado(Store& db, const QString& nome);
+
+// Executar of the analysis register: blanks around the texts taken off, every check (the client
+// must be in the register), then the write or the deletion. The window asks
 // the questions this returns and calls again with the answer. A failure of the database throws
 // StoreError after undoing what was begun, so that the table stays as it was.
 ResultadoCadastro CadastraAnalise(Store& db, const EntradaCadastro& entrada);

@@ -4,9 +4,10 @@ namespace lavra {
 
 namespace {
 
+// Blanks around a name are not part of it: "ana souza " is Ana Souza.
 bool sameName(const QString& a, const QString& b)
 {
-    return a.compare(b, Qt::CaseInsensitive) == 0;
+    return a.trimmed().compare(b.trimmed(), Qt::CaseInsensitive) == 0;
 }
 
 // Walks a table through the shared cursor for a row whose column holds the name.

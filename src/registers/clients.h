@@ -13,7 +13,7 @@ inline const QString kMsgExclusaoCliente = QStringLiteral(
     "Exclusão de clientes não é permitida enquanto o cliente tiver análises cadastradas em seu nome.");
 
 // The checks of the client register. The name is the client's identity, carried by his analyses,
-// so it is compared without regard to case. nomeAnterior is the name as it stood when editing began.
+// so it is compared without regard to case or to blanks around it. nomeAnterior is the name as it stood when editing began.
 Verificacao verificaCliente(Store& db, const QString& operacao, const QString& nome, const QString& nomeAnterior);
 
 } // namespace lavra

@@ -15,12 +15,39 @@ TEST(NumbersTest, WholeNumbersRoundHalfToEven)
         EXPECT_EQ(roundHalfEven(value), expected) << value;
 }
 
+// The platform's test takes a thousands separator; a reading never does, so that "1.5" on a comma
+// machine is no number rather than fifteen, and "80,5" on a point machine no number rather than 805.
+TEST(NumbersTest, ReadingRefusesThousandsSeparators)
+{
+    struct Case {
+        QLocale locale;
+        const char* text;
+        std::optional<double> read;
+        bool platformNumeric;
+    };
+    const Case cases[] = {
+        {test::commaLocale(), "1.5", std::nullopt, true},   {test::commaLocale(), " 1.234,5 ", std::nullopt, true},
+        {test::commaLocale(), "1,5", 1.5, true},            {test::commaLocale(), "1,5,5", std::nullopt, false},
+        {test::pointLocale(), "80,5", std::nullopt, true},  {test::pointLocale(), "1,234.5", std::nullopt, true},
+        {test::pointLocale(), "80.5", 80.5, true},          {test::pointLocale(), "abc", std::nullopt, false},
+    };
+    for (const Case& c : cases) {
+        test::MachineLocale locale(c.locale);
+        const QString text = QString::fromUtf8(c.text);
+        SCOPED_TRACE(c.text);
+        EXPECT_EQ(parseNumber(text), c.read);
+        EXPECT_EQ(toNumber(QVariant(text)), c.read);
+        EXPECT_EQ(isNumeric(QVariant(text)), c.read.has_value());
+        EXPECT_EQ(isNumericText(text), c.platformNumeric);
+    }
+}
+
 TEST(NumbersTest, TextIsReadUnderTheMachinesSetting)
 {
     {
         test::MachineLocale comma(test::commaLocale());
         EXPECT_EQ(decimalSymbol(), QLatin1Char(','));
-        EXPECT_EQ(parseNumber(QStringLiteral(" 1.234,5 ")), 1234.5);
+        EXPECT_EQ(parseNumber(QStringLiteral(" 1234,5 ")), 1234.5);
         EXPECT_EQ(parseNumber(QStringLiteral("-2,5e2")), -250.0);
         EXPECT_FALSE(parseNumber(QStringLiteral("1,5,5")));
         EXPECT_FALSE(parseNumber(QStringLiteral("1,5e")));
@@ -31,7 +58,7 @@ TEST(NumbersTest, TextIsReadUnderTheMachinesSetting)
     }
     test::MachineLocale point(test::pointLocale());
     EXPECT_EQ(decimalSymbol(), QLatin1Char('.'));
-    EXPECT_EQ(parseNumber(QStringLiteral("1,234.5")), 1234.5);
+    EXPECT_EQ(parseNumber(QStringLiteral("1234.5")), 1234.5);
     EXPECT_FALSE(parseNumber(QString()));
     EXPECT_FALSE(parseNumber(QStringLiteral("+")));
 }

@@ -53,6 +53,87 @@ TEST_P(ValidaNumeroTest, OnlyDigitsAndTheMachinesSymbolPass)
 
 INSTANTIATE_TEST_SUITE_P(Locales, ValidaNumeroTest, ::testing::Bool());
 
+// Bounds of every quantity, typed as the point machine shows them; the comma machine gets the
+// same with the symbols swapped. Zero passes everywhere and a negative number nowhere.
+struct RangeCase {
+    Grandeza grandeza;
+    const char* highest;
+    const char* above;
+    const char* message;
+};
+
+class FaixaTest : public ::testing::TestWithParam<bool> {};
+
+TEST_P(FaixaTest, EveryQuantityHasItsBounds)
+{
+    const bool commaMachine = GetParam();
+    test::MachineLocale locale(commaMachine ? test::commaLocale() : test::pointLocale());
+    const auto typed = [commaMachine](const char* text) { return commaMachine ? swapped(text) : QString::fromUtf8(text); };
+    const RangeCase cases[] = {
+        {Grandeza::Area, "1000000", "1000000.5", "A área deve estar entre 0 e 1000000 ha."},
+        {Grandeza::PH, "14", "14.01", "O pH deve estar entre 0 e 14."},
+        {Grandeza::Ca, "200", "200.1", "O cálcio (Ca) deve estar entre 0 e 200 cmolc/dm³."},
+        {Grandeza::Mg, "200", "201", "O magnésio (Mg) deve estar entre 0 e 200 cmolc/dm³."},
+        {Grandeza::Al, "200", "201", "O alumínio (Al) deve estar entre 0 e 200 cmolc/dm³."},
+        {Grandeza::HAl, "200", "201", "O H+Al deve estar entre 0 e 200 cmolc/dm³."},
+        {Grandeza::SMP, "14", "14.5", "O índice SMP deve estar entre 0 e 14."},
+        {Grandeza::MO, "100", "100.1", "A matéria orgânica (MO) deve estar entre 0 e 100 %."},
+        {Grandeza::Argila, "100", "101", "A argila deve estar entre 0 e 100 %."},
+        {Grandeza::Fosforo, "10000", "10000.5", "O fósforo (P) deve estar entre 0 e 10000 mg/dm³."},
+        {Grandeza::Potassio, "10000", "10001", "O potássio (K) deve estar entre 0 e 10000 mg/dm³."},
+        {Grandeza::TeorN, "100", "100.5", "O teor de N deve estar entre 0 e 100 %."},
+        {Grandeza::TeorP, "100", "101", "O teor de P₂O₅ deve estar entre 0 e 100 %."},
+        {Grandeza::TeorK, "100", "101", "O teor de K₂O deve estar entre 0 e 100 %."},
+        {Grandeza::TeorMS, "100", "101", "O teor de matéria seca deve estar entre 0 e 100 %."},
+        {Grandeza::IndiceEficiencia, "1", "1.01", "O índice de eficiência deve estar entre 0 e 1."},
+        {Grandeza::PRNT, "250", "250.5", "O PRNT deve estar entre 0 e 250 %."},
+        {Grandeza::PrecoDolar, "100000", "100001", "O preço deve estar entre 0 e 100000 US$/t."},
+        {Grandeza::Cotacao, "1000", "1001", "A cotação do dólar deve estar entre 0 e 1000 reais."},
+        {Grandeza::Expectativa, "1000", "1000.5", "A expectativa de rendimento deve estar entre 0 e 1000 t/ha."},
+        {Grandeza::MassaSeca, "1000", "1001",
+         "A produção de massa seca do cultivo anterior deve estar entre 0 e 1000 t/ha."},
+        {Grandeza::NecNBase, "2000", "2000.5", "O N base deve estar entre 0 e 2000 kg/ha."},
+        {Grandeza::NecPBase, "2000", "2001", "O P base deve estar entre 0 e 2000 kg/ha."},
+        {Grandeza::NecKBase, "2000", "2001", "O K base deve estar entre 0 e 2000 kg/ha."},
+        {Grandeza::NecNCob, "2000", "2001", "O N cob deve estar entre 0 e 2000 kg/ha."},
+    };
+    for (const RangeCase& c : cases) {
+        SCOPED_TRACE(c.message);
+        const QString message = QString::fromUtf8(c.message);
+        EXPECT_EQ(VerificaFaixa(c.grandeza, QStringLiteral("0")), std::nullopt);
+        EXPECT_EQ(VerificaFaixa(c.grandeza, typed(c.highest)), std::nullopt);
+        EXPECT_EQ(VerificaFaixa(c.grandeza, typed(c.above)), message);
+        EXPECT_EQ(VerificaFaixa(c.grandeza, typed("-0.5")), message);
+        EXPECT_EQ(RecusaValor(c.grandeza, typed("1e30")), message);
+    }
+}
+
+// What Executar and Calcular refuse: ValidaNumero's first box before any bound, so a sign or a
+// thousands separator is told as a symbol; then the bounds.
+TEST_P(FaixaTest, FieldsAreRefusedByTheFieldCheckBeforeTheirBounds)
+{
+    const bool commaMachine = GetParam();
+    test::MachineLocale locale(commaMachine ? test::commaLocale() : test::pointLocale());
+    const auto typed = [commaMachine](const char* text) { return commaMachine ? swapped(text) : QString::fromUtf8(text); };
+    const QString ph = QStringLiteral("O pH deve estar entre 0 e 14.");
+    const std::pair<const char*, std::optional<QString>> cases[] = {
+        {"", std::nullopt},          {"6.5", std::nullopt},         {"14.5", ph},
+        {"999999999999", ph},        {"-5", kMsgSimboloDecimal},    {"1,5", kMsgSimboloDecimal},
+        {"1e30", kMsgSimboloDecimal}, {"12a", kMsgValorInvalido},
+    };
+    for (const auto& [text, refusal] : cases) {
+        EXPECT_EQ(RecusaNumero(typed(text), Grandeza::PH), refusal) << text;
+        // Without bounds only the field check speaks.
+        EXPECT_EQ(RecusaNumero(typed(text)), refusal == ph ? std::nullopt : refusal) << text;
+    }
+    // A box that only the platform's test has passed: its thousands separator is still refused.
+    EXPECT_EQ(RecusaValor(Grandeza::NecNBase, typed("1,5")), kMsgSimboloDecimal);
+    EXPECT_EQ(RecusaValor(Grandeza::NecNBase, typed("-5")), QStringLiteral("O N base deve estar entre 0 e 2000 kg/ha."));
+    EXPECT_EQ(RecusaValor(Grandeza::NecNBase, typed("80.5")), std::nullopt);
+}
+
+INSTANTIATE_TEST_SUITE_P(Locales, FaixaTest, ::testing::Bool());
+
 TEST(ValidaDataTest, Boundaries)
 {
     const std::pair<const char*, bool> cases[] = {

@@ -67,6 +67,13 @@ protected:
     Session session{scratch.path()};
     QStringList questions;
 
+    // The clients the analyses below belong to; an analysis is taken only for a registered one.
+    void SetUp() override
+    {
+        scratch.exec(QStringLiteral(
+            "INSERT INTO Clientes (Nome) VALUES ('João'), ('Bruno'), ('Ana'), ('ANA'), ('Ana Maria'), ('Carla  ')"));
+    }
+
     static CamposAnalise sample()
     {
         CamposAnalise c;
@@ -196,14 +203,26 @@ TEST_F(AnalysisRegisterTest, RefusalsWriteNothing)
     };
     const Case cases[] = {
         {"no operation", [](CamposAnalise&, QString& op) { op.clear(); }, kMsgNenhumaAcao, {}},
-        {"empty client", [](CamposAnalise& c, QString&) { c.cliente.clear(); }, kMsgCamposVazios, {}},
-        {"no CTC worked out", [](CamposAnalise& c, QString&) { c.ctc.clear(); }, kMsgCamposVazios, {}},
+        {"empty client", [](CamposAnalise& c, QString&) { c.cliente.clear(); }, kMsgCamposVazios, "txtCliente"},
+        {"farm of blanks", [](CamposAnalise& c, QString&) { c.fazenda = QStringLiteral("   "); }, kMsgCamposVazios,
+         "txtFazenda"},
+        {"no CTC worked out", [](CamposAnalise& c, QString&) { c.ctc.clear(); }, kMsgCamposVazios, "txtCTC"},
         {"no method", [](CamposAnalise& c, QString&) { c.mehlich = false; }, kMsgMetodoP, {}},
         {"sign", [](CamposAnalise& c, QString&) { c.ca = QStringLiteral("-5"); }, kMsgSimboloDecimal, "txtCa"},
         {"point on a comma machine", [](CamposAnalise& c, QString&) { c.p = QStringLiteral("8.4"); },
          kMsgSimboloDecimal, "txtP"},
         {"not a number", [](CamposAnalise& c, QString&) { c.area = QStringLiteral("12a"); }, kMsgValorInvalido,
          QStringLiteral("txtÁrea")},
+        {"pH above 14", [](CamposAnalise& c, QString&) { c.pH = QStringLiteral("14,2"); },
+         QStringLiteral("O pH deve estar entre 0 e 14."), "txtpH"},
+        {"clay above 100 %", [](CamposAnalise& c, QString&) { c.argila = QStringLiteral("101"); },
+         QStringLiteral("A argila deve estar entre 0 e 100 %."), "txtArgila"},
+        {"P beyond a 32-bit float", [](CamposAnalise& c, QString&) { c.p = QString(40, QLatin1Char('9')); },
+         QStringLiteral("O fósforo (P) deve estar entre 0 e 10000 mg/dm³."), "txtP"},
+        {"client not registered", [](CamposAnalise& c, QString&) { c.cliente = QStringLiteral("Daniel"); },
+         kMsgClienteNaoCadastrado, "txtCliente"},
+        {"client in other letters", [](CamposAnalise& c, QString&) { c.cliente = QStringLiteral("JOÃO"); },
+         kMsgClienteNaoCadastrado, "txtCliente"},
         {"empty date", [](CamposAnalise& c, QString&) { c.data = QStringLiteral("//"); }, kMsgDataInvalida, "mskData"},
         {"month 13", [](CamposAnalise& c, QString&) { c.data = QStringLiteral("10/13/2020"); }, kMsgDataInvalida,
          "mskData"},
@@ -221,6 +240,26 @@ TEST_F(AnalysisRegisterTest, RefusalsWriteNothing)
         EXPECT_EQ(r.campo, c.field);
     }
     EXPECT_EQ(rows(), 0);
+    EXPECT_FALSE(session.db.cn.isOpen());
+}
+
+TEST_F(AnalysisRegisterTest, BlanksAroundTheTextsAreNotKept)
+{
+    CamposAnalise campos = sample();
+    campos.cliente = QStringLiteral(" João  ");
+    campos.fazenda = QStringLiteral("Santa Rita ");
+    campos.pH = QStringLiteral(" 5 ");
+    const QString codigo = add(campos);
+    EXPECT_EQ(codigo, QStringLiteral("Santa Rita/Talhão 3/15/03/2021"));
+    EXPECT_EQ(cell(codigo, 1).toString(), QStringLiteral("João"));
+    EXPECT_EQ(cell(codigo, 8).toFloat(), 5.0f);
+
+    // A name registered with blanks is matched, and the analysis carries it as registered, so the
+    // pickers find it under that client.
+    campos.cliente = QStringLiteral("Carla");
+    campos.data = QStringLiteral("16/03/2021");
+    EXPECT_EQ(cell(add(campos), 1).toString(), QStringLiteral("Carla  "));
+    EXPECT_EQ(ClienteRegistrado(session.db, QStringLiteral("carla")), std::nullopt);
     EXPECT_FALSE(session.db.cn.isOpen());
 }
 
@@ -313,15 +352,18 @@ TEST_F(AnalysisRegisterTest, DeletionAsksAndNoKeepsTheRow)
 TEST_F(AnalysisRegisterTest, DatabaseFailureLeavesTheTableAsItWas)
 {
     const QString codigo = add(sample());
-    CamposAnalise huge = sample();
-    huge.p = QString(40, QLatin1Char('9'));  // beyond a 32-bit float
-    huge.data = QStringLiteral("20/03/2021");
-    EXPECT_THROW(run(kCadastro, huge), StoreError);
+    for (const char* evento : {"INSERT", "UPDATE"})
+        scratch.exec(QStringLiteral("CREATE TRIGGER falha_%1 BEFORE %1 ON Analises BEGIN SELECT RAISE(ABORT, 'disco "
+                                    "cheio'); END").arg(QString::fromLatin1(evento)));
+    CamposAnalise other = sample();
+    other.p = n("9.5");
+    other.data = QStringLiteral("20/03/2021");
+    EXPECT_THROW(run(kCadastro, other), StoreError);
     EXPECT_EQ(rows(), 1);
     EXPECT_FALSE(session.db.cn.isOpen());
 
-    huge.data = sample().data;
-    EXPECT_THROW(run(kEdicao, huge, codigo), StoreError);
+    other.data = sample().data;
+    EXPECT_THROW(run(kEdicao, other, codigo), StoreError);
     EXPECT_EQ(cell(codigo, 19).toFloat(), 8.4f);
 }
 

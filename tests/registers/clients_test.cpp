@@ -37,6 +37,11 @@ TEST_F(ClientsTest, NamesAreComparedWithoutRegardToCase)
     EXPECT_EQ(refusal("Edição", "Bruno Lima", "Bruno"), std::nullopt);
     EXPECT_EQ(refusal("Edição", "ana", "Bruno"), kMsgClienteRepetido);
     EXPECT_EQ(refusal("Edição", "BRUNO", "Bruno"), std::nullopt);
+    // Nor do blanks around a name make another client of it.
+    EXPECT_EQ(refusal("Cadastro", "ana  "), kMsgClienteRepetido);
+    EXPECT_EQ(refusal("Cadastro", " Bruno"), kMsgClienteRepetido);
+    EXPECT_EQ(refusal("Edição", "ANA ", "Bruno"), kMsgClienteRepetido);
+    EXPECT_EQ(refusal("Edição", "Bruno ", "Bruno"), std::nullopt);
 }
 
 TEST_F(ClientsTest, AnalysesHoldTheName)

@@ -287,13 +287,42 @@ private Q_SLOTS:
         QCOMPARE(h().session().Operacao, kEdicao);
     }
 
+    // The client comes from the register, and the field refused takes the focus; a field of blanks
+    // is empty.
+    void clientFromTheRegisterAndTheFocusOnWhatIsRefused()
+    {
+        addClient(QStringLiteral("Ana Souza"));
+        QWidget* w = h().open(QStringLiteral("frmCadAnalise"));
+        click(w, QStringLiteral("cmdNovo"));
+        type(w, QStringLiteral("txtCliente"), QStringLiteral("Ana Sousa"));
+        fill(w);
+        type(w, QStringLiteral("txtGleba"), QStringLiteral("   "));
+        h().clearBoxes();
+        click(w, QStringLiteral("cmdCadastra"));
+        QCOMPARE(h().texts(), QStringList{kMsgCamposVazios});
+        QCOMPARE(w->focusWidget(), find<QWidget>(w, QStringLiteral("txtGleba")));
+
+        type(w, QStringLiteral("txtGleba"), QStringLiteral("Talhão 3"));
+        h().clearBoxes();
+        click(w, QStringLiteral("cmdCadastra"));
+        QCOMPARE(h().texts(), QStringList{kMsgClienteNaoCadastrado});
+        QCOMPARE(w->focusWidget(), find<QWidget>(w, QStringLiteral("txtCliente")));
+        QCOMPARE(rows(), 0);
+
+        type(w, QStringLiteral("txtCliente"), QStringLiteral(" Ana Souza "));
+        click(w, QStringLiteral("cmdCadastra"));
+        QVERIFY(idle(w));
+        QCOMPARE(h().scalar(QStringLiteral("SELECT Cliente FROM Analises")).toString(), QStringLiteral("Ana Souza"));
+    }
+
     void databaseFailureIsToldAndKeepsTheEntries()
     {
+        addClient(QStringLiteral("Ana Souza"));
+        h().exec(QStringLiteral("CREATE TRIGGER falha BEFORE INSERT ON Analises BEGIN SELECT RAISE(ABORT, 'disco cheio'); END"));
         QWidget* w = h().open(QStringLiteral("frmCadAnalise"));
         click(w, QStringLiteral("cmdNovo"));
         type(w, QStringLiteral("txtCliente"), QStringLiteral("Ana Souza"));
         fill(w);
-        type(w, QStringLiteral("txtP"), QString(40, QLatin1Char('9')));  // beyond a 32-bit float
         h().clearBoxes();
         click(w, QStringLiteral("cmdCadastra"));
         QCOMPARE(h().boxes.last().icone, ui::Icone::Critico);

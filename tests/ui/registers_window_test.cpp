@@ -1,5 +1,7 @@
 #include "app/numbers.h"
 #include "app/session.h"
+#include "app/validation.h"
+#include "testsupport.h"
 #include "uitestsupport.h"
 
 #include <QComboBox>
@@ -134,6 +136,83 @@ private Q_SLOTS:
                  QStringLiteral("5-20-10|2|2200|---"));
     }
 
+    // A number refused as it was typed, or one that cannot exist, never reaches the table on either
+    // kind of machine: Executar refuses it again, and the field keeps it and takes the focus.
+    void refusedNumbersAreNeverSaved_data()
+    {
+        QTest::addColumn<bool>("comma");
+        QTest::addColumn<QString>("window");
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("message");
+        const QString simbolo = kMsgSimboloDecimal;
+        QTest::newRow("N 1.5, comma") << true << "frmFertiliz" << "txtN" << "1.5" << simbolo;
+        QTest::newRow("N 80,5, point") << false << "frmFertiliz" << "txtN" << "80,5" << simbolo;
+        QTest::newRow("K above 100") << true << "frmFertiliz" << "txtK" << "100,5"
+                                     << "O teor de K₂O deve estar entre 0 e 100 %.";
+        QTest::newRow("price 1.5, comma") << true << "frmFertiliz" << "txtCusto" << "1.5" << simbolo;
+        QTest::newRow("price -40, point") << false << "frmFertiliz" << "txtCusto" << "-40" << simbolo;
+        QTest::newRow("price huge") << true << "frmFertiliz" << "txtCusto" << "999999999999"
+                                    << "O preço deve estar entre 0 e 100000 US$/t.";
+        QTest::newRow("PRNT 1.5, comma") << true << "frmCadCalc" << "txtPRNT" << "1.5" << simbolo;
+        QTest::newRow("PRNT 80,5, point") << false << "frmCadCalc" << "txtPRNT" << "80,5" << simbolo;
+        QTest::newRow("PRNT above any lime") << false << "frmCadCalc" << "txtPRNT" << "300"
+                                             << "O PRNT deve estar entre 0 e 250 %.";
+        QTest::newRow("lime price 1.5, comma") << true << "frmCadCalc" << "txtCusto" << "1.5" << simbolo;
+    }
+
+    void refusedNumbersAreNeverSaved()
+    {
+        QFETCH(bool, comma);
+        QFETCH(QString, window);
+        QFETCH(QString, field);
+        QFETCH(QString, text);
+        QFETCH(QString, message);
+        MachineLocale locale(comma ? commaLocale() : pointLocale());
+        UiHarness h;
+        h.exec(QStringLiteral("DELETE FROM NPK"));
+        h.exec(QStringLiteral("DELETE FROM Calcario"));
+        QWidget* w = h.open(window);
+        click(w, QStringLiteral("cmdNovo"));
+        if (window == QLatin1String("frmFertiliz")) {
+            QWidget* kind = h.windows().window(QStringLiteral("frmTipoAdubo"));
+            find<QComboBox>(kind, QStringLiteral("cboTipo"))->setCurrentIndex(0);
+            click(kind, QStringLiteral("cmpAplica"));
+            fill(w, {{"txtEspec", "Fórmula"}, {"txtN", "5"}, {"txtP", "20"}, {"txtK", "10"}, {"txtCusto", "400"}});
+        } else {
+            fill(w, {{"txtEspec", "Calcário"}, {"txtPRNT", "85"}, {"txtCusto", "100"}});
+        }
+        QVERIFY(h.boxes.isEmpty());
+        type(w, field, text);
+        QCOMPARE(h.texts().value(0), message);  // told as the field is left
+
+        h.clearBoxes();
+        click(w, QStringLiteral("cmdConfirma"));
+        QCOMPARE(h.texts(), QStringList{message});
+        QCOMPARE(h.scalar(QStringLiteral("SELECT (SELECT COUNT(*) FROM NPK) + (SELECT COUNT(*) FROM Calcario)")).toInt(), 0);
+        auto* edit = find<QLineEdit>(w, field);
+        QCOMPARE(edit->text(), text);
+        QCOMPARE(w->focusWidget(), edit);
+    }
+
+    // Blanks are taken off every text; a field of them is empty, and the first empty field is
+    // where the focus goes.
+    void blanksAreTrimmedAndAnEmptyFieldTakesTheFocus()
+    {
+        UiHarness h;
+        QWidget* w = h.open(QStringLiteral("frmCadCli"));
+        click(w, QStringLiteral("cmdNovo"));
+        fill(w, {{"txtNome", "  Bia Nunes "}, {"txtRua", "   "}, {"txtCidade", "Ijuí"}, {"txtFone", ""},
+                 {"txtEmail", "b@c"}});
+        click(w, QStringLiteral("cmdConfirma"));
+        QCOMPARE(h.texts(), QStringList{QStringLiteral("Há campos vazios.")});
+        QCOMPARE(w->focusWidget(), find<QLineEdit>(w, QStringLiteral("txtRua")));
+        fill(w, {{"txtRua", "Rua B"}, {"txtFone", "1"}});
+        click(w, QStringLiteral("cmdConfirma"));
+        QCOMPARE(h.scalar(QStringLiteral("SELECT Nome || '|' || Cidade FROM Clientes")).toString(),
+                 QStringLiteral("Bia Nunes|Ijuí"));
+    }
+
     void quotationRepricesBothLists()
     {
         UiHarness h;
@@ -159,6 +238,10 @@ private Q_SLOTS:
         for (const char* name : {"txtEmp", "txtRua", "txtNum", "txtCEP", "txtCid", "txtBair", "txtEst", "txtTelef",
                                  "txtEmail", "txtSite"})
             type(w, QString::fromLatin1(name), QStringLiteral("x"));
+        type(w, QStringLiteral("txtCEP"), QStringLiteral("  "));
+        click(w, QStringLiteral("cmdSalva"));
+        QCOMPARE(w->focusWidget(), find<QLineEdit>(w, QStringLiteral("txtCEP")));
+        type(w, QStringLiteral("txtCEP"), QStringLiteral("x"));
         click(w, QStringLiteral("cmdSalva"));
         QCOMPARE(h.boxes.last().texto, QStringLiteral("Cadastro efetuado com sucesso!"));
         QTRY_VERIFY(!h.windows().window(QStringLiteral("frmEmpresa")));

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "app/validation.h"
+
 #include <QString>
 #include <QVariant>
+
+#include <initializer_list>
 
 class QLineEdit;
 class QWidget;
@@ -12,8 +16,18 @@ namespace lavra::ui {
 // empties a field that holds no number, and returns true when the field was refused.
 bool ValidaNumero(QLineEdit* caixa);
 
-// Checks the field each time it is left, and sends the focus back to it when refused.
-void checaAoSair(QLineEdit* caixa);
+// Checks the field each time it is left, blanks around taken off first, and sends the focus back
+// to it when refused. A field with bounds is refused outside them too, after ValidaNumero.
+void checaAoSair(QLineEdit* caixa, std::optional<Grandeza> grandeza = std::nullopt);
+// Gives bounds to a field whose leaving is checked elsewhere.
+void defineGrandeza(QLineEdit* caixa, Grandeza grandeza);
+
+// The check once more where the value is about to be stored or used (Executar, Calcular): a text
+// refused as the field was left may still stand there. Shows the first refusal and puts the focus
+// on the field, whose text stays for correction; true when refused. An empty field passes.
+bool recusaCampo(QLineEdit* caixa);
+// The same over several fields, stopping at the first refused.
+bool recusaCampos(std::initializer_list<QLineEdit*> caixas);
 // Checks the field at each change of its text.
 void checaAoMudar(QLineEdit* caixa);
 

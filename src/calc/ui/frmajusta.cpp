@@ -1,5 +1,6 @@
 #include "app/numbers.h"
 #include "app/session.h"
+#include "app/validation.h"
 #include "app/ui/buttons.h"
 #include "app/ui/messages.h"
 #include "app/ui/windowregistry.h"
@@ -86,11 +87,32 @@ private:
     void aplica()
     {
         QStringList ajustados;
-        for (const QLineEdit* caixa : m_ajustado)
+        for (QLineEdit* caixa : m_ajustado) {
+            if (caixa->text() != caixa->text().trimmed())
+                caixa->setText(caixa->text().trimmed());
             ajustados << caixa->text();
+        }
         if (const auto recusa = VerificaAjuste(ajustados)) {
             aviso(this, *recusa);
+            // The first box of the kind refused is where the user puts it right.
+            const bool vazios = *recusa == kMsgCamposVazios;
+            for (QLineEdit* caixa : m_ajustado) {
+                if (vazios ? caixa->text().isEmpty() : !isNumericText(caixa->text())) {
+                    caixa->setFocus();
+                    break;
+                }
+            }
             return;
+        }
+        // The plan reads these figures: one with a thousands separator, or one no crop needs, is refused.
+        const std::array<Grandeza, 4> grandezas
+            = { Grandeza::NecNBase, Grandeza::NecPBase, Grandeza::NecKBase, Grandeza::NecNCob };
+        for (std::size_t i = 0; i < m_ajustado.size(); ++i) {
+            if (const auto recusa = RecusaValor(grandezas[i], m_ajustado[i]->text())) {
+                aviso(this, *recusa);
+                m_ajustado[i]->setFocus();
+                return;
+            }
         }
         if (!confirma(this, perguntaAjuste()))
             return;

@@ -60,13 +60,19 @@ FrmCadAnalise::FrmCadAnalise(Session& session, WindowRegistry& windows, QWidget*
     layout->addWidget(nota);
     layout->addWidget(criaBotoes());
 
-    for (QLineEdit* numerico : {m_txtAl, m_txtArea, m_txtArgila, m_txtCa, m_txtH_Al, m_txtK, m_txtMg, m_txtMO, m_txtP,
-                                m_txtpH})
-        checaAoSair(numerico);
+    const std::pair<QLineEdit*, Grandeza> numericos[] = {
+        {m_txtAl, Grandeza::Al},         {m_txtArea, Grandeza::Area}, {m_txtArgila, Grandeza::Argila},
+        {m_txtCa, Grandeza::Ca},         {m_txtH_Al, Grandeza::HAl},  {m_txtK, Grandeza::Potassio},
+        {m_txtMg, Grandeza::Mg},         {m_txtMO, Grandeza::MO},     {m_txtP, Grandeza::Fosforo},
+        {m_txtpH, Grandeza::PH}};
+    for (const auto& [numerico, grandeza] : numericos)
+        checaAoSair(numerico, grandeza);
     checaAoMudar(m_txtSMP);
-    for (QLineEdit* parcela : {m_txtCa, m_txtMg, m_txtH_Al, m_txtK}) {
-        connect(parcela, &QLineEdit::editingFinished, this, [this, parcela]() {
-            if (parcela->isEnabled() && !lavra::ValidaNumero(parcela->text()).invalid)
+    for (const auto& entrada : {std::pair{m_txtCa, Grandeza::Ca}, std::pair{m_txtMg, Grandeza::Mg},
+                                std::pair{m_txtH_Al, Grandeza::HAl}, std::pair{m_txtK, Grandeza::Potassio}}) {
+        // Only a value that would be saved is worked into the CTC.
+        connect(entrada.first, &QLineEdit::editingFinished, this, [this, entrada]() {
+            if (entrada.first->isEnabled() && !lavra::RecusaNumero(entrada.first->text(), entrada.second))
                 CalculaCTC();
         });
     }

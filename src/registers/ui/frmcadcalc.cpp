@@ -32,13 +32,20 @@ public:
         form->addRow(QStringLiteral("Especificação (máx. 20 caracteres)"), m_espec);
         form->addRow(QStringLiteral("PRNT (%)"), m_prnt);
         form->addRow(QStringLiteral("Preço (US$/t)"), m_custo);
-        checaAoSair(m_prnt);
+        checaAoSair(m_prnt, Grandeza::PRNT);
+        checaAoSair(m_custo, Grandeza::PrecoDolar);
         VinculaTextos();
         BloqueiaTextos();
         resize(560, 440);
     }
 
 protected:
+    bool verificacoes() override
+    {
+        // A figure refused as it was typed, or one no material has, is never stored.
+        return operacao() == kExclusao || !recusaCampos({m_prnt, m_custo});
+    }
+
     QVariantList valores() override { return linhaCorretivo(m_espec->text(), m_prnt->text(), m_custo->text()); }
 
 private:

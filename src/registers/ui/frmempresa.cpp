@@ -1,3 +1,4 @@
+#include "app/refusal.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/messages.h"
@@ -64,9 +65,15 @@ private:
     void salva()
     {
         QStringList campos;
+        // Blanks around a text are never meant; a field of blanks is empty.
+        for (QLineEdit* field : m_fields) {
+            if (field->text() != field->text().trimmed())
+                field->setText(field->text().trimmed());
+        }
         for (QLineEdit* field : m_fields) {
             if (field->text().isEmpty()) {
-                aviso(this, QStringLiteral("Há campos vazios!"));
+                aviso(this, kMsgCamposVazios);
+                field->setFocus();
                 return;
             }
             campos << field->text();

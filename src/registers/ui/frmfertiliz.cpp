@@ -1,3 +1,4 @@
+#include "app/numbers.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/fieldchecks.h"
@@ -121,8 +122,14 @@ public:
         m_lblId->setObjectName(QStringLiteral("lblId"));
         m_lblId->hide();
 
-        for (QLineEdit* field : {m_n, m_p, m_k})
-            checaAoSair(field);
+        checaAoSair(m_n, Grandeza::TeorN);
+        checaAoSair(m_p, Grandeza::TeorP);
+        checaAoSair(m_k, Grandeza::TeorK);
+        checaAoSair(m_custo, Grandeza::PrecoDolar);
+        // These may hold "---", so they are checked at Executar only.
+        defineGrandeza(m_ms, Grandeza::TeorMS);
+        for (QLineEdit* field : {m_ifn, m_ifp, m_ifk})
+            defineGrandeza(field, Grandeza::IndiceEficiencia);
         VinculaTextos();
         BloqueiaTextos();
         resize(780, 560);
@@ -164,11 +171,22 @@ protected:
 
     bool verificacoes() override
     {
-        if (operacao() != kCadastro)
+        if (operacao() == kExclusao)
             return true;
-        if (const Verificacao recusa = verificaFertilizante(fields(), m_tipo)) {
-            mostraRecusa(this, *recusa);
+        // A figure refused as it was typed, or one no fertiliser has, is never stored.
+        if (recusaCampos({m_n, m_p, m_k, m_custo}))
             return false;
+        if (operacao() == kCadastro) {
+            if (const Verificacao recusa = verificaFertilizante(fields(), m_tipo)) {
+                mostraRecusa(this, *recusa);
+                return false;
+            }
+        }
+        // Dry matter and indices hold "---" where they do not apply, and an edit may leave any
+        // other text; a number there must still be one the plan can read and one that can exist.
+        for (QLineEdit* field : {m_ms, m_ifn, m_ifp, m_ifk}) {
+            if (field->text() != QLatin1String("---") && isNumericText(field->text()) && recusaCampo(field))
+                return false;
         }
         return true;
     }
