@@ -205,6 +205,12 @@ ResultadoCalculo Calcula(const EntradaCalculo& entrada)
         resultado.mensagem = kMsgSemModo;
         return resultado;
     }
+    // Without a row there is nothing to compute, not an arithmetic failure.
+    if (entrada.linha[flx::kFormula].isEmpty()) {
+        resultado.desfecho = DesfechoCalculo::SemLinha;
+        resultado.mensagem = kMsgSemFertilizante;
+        return resultado;
+    }
     try {
         const LinhaFlx& linha = entrada.linha;
         const NPKkg teor { celulaNumero(linha[flx::kN]), celulaNumero(linha[flx::kP]),

@@ -23,6 +23,12 @@ inline const QString kMsgSemCalculo = QStringLiteral("Nehum cálculo foi efetuad
 inline const QString kMsgOrganico = QStringLiteral(
     "Para usar fertilizantes orgânicos acesse a janela apropriada, por meio do comando \"formular ou "
     "adubos orgânicos\", localizado na base desta janela");
+inline const QString kMsgSemFertilizante = QStringLiteral("Selecione um fertilizante na lista.");
+inline const QString kMsgSemIndicados = QStringLiteral(
+    "Nenhuma fórmula comercial fornece N, P e K a menos de 10 kg/ha da necessidade. Use \"Mostrar todos os "
+    "fertilizantes\" ou \"Formular ou adubos orgânicos\".");
+inline const QString kMsgSemFertilizantes = QStringLiteral(
+    "Não há fertilizantes cadastrados. Cadastre-os no menu Arquivo ou use \"Formular ou adubos orgânicos\".");
 inline const QString kAcimaDoNormal = QStringLiteral("Acima do Normal");
 inline const QString kNaoRequer = QStringLiteral("Não requer!");
 inline const QString kIdeal = QStringLiteral("Ideal");
@@ -92,6 +98,7 @@ struct EntradaCalculo {
 enum class DesfechoCalculo {
     Calculado,
     SemModo, // no option chosen: exclamation box
+    SemLinha, // no fertiliser chosen in the grid: exclamation box
     Organico, // plain box that sends the user to the formulation
     Erro, // a figure that is no number or a division by zero: information box, fields kept
 };

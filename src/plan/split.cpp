@@ -107,12 +107,11 @@ std::optional<QString> Verifica(int n, const Parcelas& parcelas)
 std::optional<QString> ProssegueParcelamento(Session& session, const EntradaParcelamento& entrada)
 {
     if (LeNecessidadeCobertura(session) != 0.0f) {
-        // Checked before the parcels: choosing another source wipes them.
+        if (std::optional<QString> falha = Verifica(entrada.numero, entrada.parcelas))
+            return falha;
         const std::optional<double> fonte = parseNumber(entrada.txtFnt);
         if (!fonte)
             return kMsgSemDoseFonte;
-        if (std::optional<QString> falha = Verifica(entrada.numero, entrada.parcelas))
-            return falha;
 
         const int b = session.PlanoNum == 2 ? 36 : 18;
         const float preco = toSingle(toNumber(entrada.preco).value_or(0));

@@ -140,8 +140,9 @@ TEST(FormulasTest, RefusalsLeaveNoResult)
         { ModoCalculo::DiferencasIguais, { 10, 40, 40 }, soN, DesfechoCalculo::Erro,
             "Erro 11 Divisão por zero" },
         { ModoCalculo::IntegralizarK, { 10, 40, 0 }, soP, DesfechoCalculo::Erro, "Erro 6 Estouro" },
-        { ModoCalculo::IntegralizarP, { 10, 40, 40 }, LinhaFlx {}, DesfechoCalculo::Erro,
-            "Erro 13 Tipos incompatíveis" },
+        { ModoCalculo::IntegralizarP, { 10, 40, 40 }, LinhaFlx {}, DesfechoCalculo::SemLinha,
+            kMsgSemFertilizante },
+        { std::nullopt, { 10, 40, 40 }, LinhaFlx {}, DesfechoCalculo::SemModo, kMsgSemModo },
     };
     for (const Case& c : cases) {
         const ResultadoCalculo r = Calcula({ c.nec, c.modo, c.linha });

@@ -175,13 +175,15 @@ TEST(SplitTest, NoNeedInTopdressingWritesNothingAndChecksNothing)
     }
 }
 
-TEST(SplitTest, EmptySourceDoseIsRefusedBeforeTheParcels)
+TEST(SplitTest, EmptySourceDoseIsRefusedAfterTheParcels)
 {
     Session s = sessaoCobertura(90.0f, 1);
     EntradaParcelamento semDose = entrada({ 50, 45 });
     semDose.txtFnt.clear();
+    EXPECT_EQ(ProssegueParcelamento(s, semDose), kMsgSomaMenor);
+    semDose = entrada({ 50, 50 });
+    semDose.txtFnt.clear();
     EXPECT_EQ(ProssegueParcelamento(s, semDose), kMsgSemDoseFonte);
-    EXPECT_EQ(ProssegueParcelamento(s, entrada({ 50, 45 })), kMsgSomaMenor);
     EXPECT_EQ(s.Dados, QVector<QVariant>(Session::kSlots, QVariant(0)));
     EXPECT_TRUE(s.JanelaAnterior.isEmpty());
 }

@@ -28,6 +28,33 @@ private:
     }
 
 private Q_SLOTS:
+    // Tabbing into a list makes its first row current in Qt; the steps must not take that for
+    // the user's choice.
+    void focusAloneChoosesNeitherGroupNorAnalysis()
+    {
+        UiHarness h;
+        h.session().limpaCalculo();
+        QWidget* grupos = h.open(QStringLiteral("frmGrupCult"));
+        find<QRadioButton>(grupos, QStringLiteral("Option1_0"))->setChecked(true);
+        focusByTab(grupos, QStringLiteral("lstGrupo"));
+        QCOMPARE(find<QListWidget>(grupos, QStringLiteral("lstGrupo"))->currentRow(), -1);
+        click(grupos, QStringLiteral("cmdVai"));
+        QCOMPARE(h.texts(), QStringList{QStringLiteral("Selecione o grupo de culturas!")});
+        QVERIFY(grupos->isVisible());
+        grupos->close();
+
+        h.clearBoxes();
+        h.exec(QStringLiteral("INSERT INTO Clientes VALUES ('Ana Prado', '', 'Erechim', '', '')"));
+        h.exec(QStringLiteral("INSERT INTO Analises (Código, Cliente) VALUES ('Sede/1/15/08/2026', 'Ana Prado')"));
+        h.session().ModoEscolha = QStringLiteral("Calcular");
+        QWidget* escolha = h.open(QStringLiteral("frmCliAn"));
+        QCOMPARE(find<QListWidget>(escolha, QStringLiteral("lstAna"))->count(), 1);
+        focusByTab(escolha, QStringLiteral("lstAna"));
+        click(escolha, QStringLiteral("cmdContinua"));
+        QCOMPARE(h.texts(), QStringList{QStringLiteral("Selecione cliente e análise!")});
+        QVERIFY(h.session().Analise.isEmpty() || h.session().CodAnalise.isEmpty());
+    }
+
     void groupNeedsItsOrderOnlyWhereTheTablesTellThem()
     {
         UiHarness h;

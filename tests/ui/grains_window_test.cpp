@@ -1,8 +1,10 @@
 #include "app/navigation.h"
 #include "app/session.h"
+#include "app/validation.h"
 #include "app/ui/chainwindow.h"
 #include "app/ui/windowregistry.h"
 #include "calc/crops.h"
+#include "calc/grains.h"
 #include "testsupport.h"
 #include "uitestsupport.h"
 
@@ -70,6 +72,27 @@ private Q_SLOTS:
     void init() { setMachineLocale(pointLocale()); }
     void cleanup() { resetMachineLocale(); }
 
+    // Focus moves into the lists as the user tabs through; only a selection is a choice, or
+    // wheat would be computed after grasses (N 80) when nothing was said of the previous crop.
+    void focusAloneChoosesNeitherCropNorPreviousCrop()
+    {
+        UiHarness h;
+        QWidget* w = abre(h);
+        focusByTab(w, QStringLiteral("lstCulturas"));
+        type(w, QStringLiteral("txtExpect"), QStringLiteral("3"));
+        click(w, QStringLiteral("cmdCalc"));
+        QCOMPARE(h.texts(), QStringList { QStringLiteral("Selecione uma cultura!") });
+
+        h.clearBoxes();
+        escolhe(w, QStringLiteral("lstCulturas"), culturasGraos().indexOf(QStringLiteral("Trigo")));
+        type(w, QStringLiteral("txtExpect"), QStringLiteral("3"));
+        focusByTab(w, QStringLiteral("lstCultAnt"));
+        QCOMPARE(find<QListWidget>(w, QStringLiteral("lstCultAnt"))->currentRow(), -1);
+        click(w, QStringLiteral("cmdCalc"));
+        QCOMPARE(h.texts(), QStringList { QStringLiteral("Selecione o cultivo anterior!") });
+        QVERIFY(nec(w).join(QString()).isEmpty());
+    }
+
     void calculateAdjustAndProceed()
     {
         UiHarness h;
@@ -106,6 +129,10 @@ private Q_SLOTS:
         type(a, QStringLiteral("txtNC2"), QStringLiteral("60"));
         click(a, QStringLiteral("cmdAplica"));
         QCOMPARE(h.texts(), QStringList({ "Há campos vazios!", "Há campos não numéricos!" }));
+        type(a, QStringLiteral("txtPB2"), QStringLiteral("2500"));
+        click(a, QStringLiteral("cmdAplica"));
+        QCOMPARE(h.texts().last(), QStringLiteral("O P base deve estar entre 0 e 2000 kg/ha."));
+        QCOMPARE(a->focusWidget(), find<QLineEdit>(a, QStringLiteral("txtPB2")));
         type(a, QStringLiteral("txtPB2"), QStringLiteral("90"));
         h.answers << QMessageBox::No;
         click(a, QStringLiteral("cmdAplica"));
@@ -221,6 +248,33 @@ private Q_SLOTS:
         QCOMPARE(nec(w), QStringList({ "20", "78", "30", "40" }));
         find<QListWidget>(w, QStringLiteral("lstCultAnt"))->setCurrentRow(0);
         QCOMPARE(nec(w), QStringList({ "", "", "", "" }));
+    }
+
+    // A yield refused as it was typed, or one no crop gives, is never calculated with, on either
+    // kind of machine: "1.5" is not fifteen on a comma machine, nor "80,5" 805 on a point one.
+    void refusedYieldIsNeverUsed()
+    {
+        const QString acima = QStringLiteral("A expectativa de rendimento deve estar entre 0 e 1000 t/ha.");
+        const std::tuple<QLocale, QString, QString> casos[] = {
+            { commaLocale(), QStringLiteral("1.5"), kMsgSimboloDecimal },
+            { pointLocale(), QStringLiteral("80,5"), kMsgSimboloDecimal },
+            { commaLocale(), QStringLiteral("1001"), acima },
+        };
+        for (const auto& [locale, texto, mensagem] : casos) {
+            setMachineLocale(locale);
+            UiHarness h;
+            QWidget* w = abre(h);
+            escolhe(w, QStringLiteral("lstCulturas"), graos::Sorgo);
+            type(w, QStringLiteral("txtExpect"), texto);
+            QCOMPARE(h.texts().last(), mensagem);
+            h.clearBoxes();
+            click(w, QStringLiteral("cmdCalc"));
+            click(w, QStringLiteral("cmdProssegue"));
+            QCOMPARE(h.texts(), QStringList({ mensagem, kMsgNaoCalculada }));
+            QCOMPARE(nec(w), QStringList({ "", "", "", "" }));
+            QCOMPARE(find<QLineEdit>(w, QStringLiteral("txtExpect"))->text(), texto);
+            QCOMPARE(h.session().Dados[4], QVariant(0));
+        }
     }
 
     void leavingTheStep()

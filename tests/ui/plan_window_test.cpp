@@ -2,6 +2,7 @@
 #include "plan/formulas.h"
 #include "plan/split.h"
 #include "plan/ui/frmnpk.h"
+#include "store/changenotifier.h"
 #include "testsupport.h"
 #include "uitestsupport.h"
 
@@ -194,6 +195,53 @@ private Q_SLOTS:
         QCOMPARE(h.boxes.last().texto, QStringLiteral("Erro 11 Divisão por zero"));
         QCOMPARE(h.boxes.last().icone, ui::Icone::Informacao);
         QVERIFY(texto(w, QStringLiteral("txtFormula")).isEmpty());
+    }
+
+    void formulaStepNeedsAChosenRow()
+    {
+        UiHarness h;
+        preparaSessao(h, 20, 40, 40, 90);
+        QWidget* w = h.open(QStringLiteral("frmNPK"));
+        auto* grade = find<QTableWidget>(w, QStringLiteral("flxNPK"));
+        QVERIFY(!rotulo(w, QStringLiteral("lblSemFormulas"))->isVisible());
+        grade->clearSelection();
+        click(w, QStringLiteral("Opt_2"));
+        click(w, QStringLiteral("cmdCalcula"));
+        QCOMPARE(h.texts(), QStringList { kMsgSemFertilizante });
+        QVERIFY(texto(w, QStringLiteral("txtFormula")).isEmpty());
+    }
+
+    void emptyIndicatedListSaysWhyInTheFrame()
+    {
+        // No formula of the register comes within 10 kg/ha of this need.
+        UiHarness h;
+        preparaSessao(h, 100, 0, 100, 90);
+        QWidget* w = h.open(QStringLiteral("frmNPK"));
+        QCOMPARE(find<QTableWidget>(w, QStringLiteral("flxNPK"))->rowCount(), 0);
+        QVERIFY(rotulo(w, QStringLiteral("lblSemFormulas"))->isVisible());
+        QCOMPARE(rotulo(w, QStringLiteral("lblSemFormulas"))->text(), kMsgSemIndicados);
+        click(w, QStringLiteral("Opt_2"));
+        click(w, QStringLiteral("cmdCalcula"));
+        QCOMPARE(h.texts(), QStringList { kMsgSemIndicados });
+        click(w, QStringLiteral("optTodos"));
+        QVERIFY(!rotulo(w, QStringLiteral("lblSemFormulas"))->isVisible());
+    }
+
+    // The step prices with the sources it opened with, as the rest of the session does; a price
+    // changed in the register meanwhile counts from chkTodas or a new opening on.
+    void splitKeepsThePricesItOpenedWith()
+    {
+        MachineLocale comma(commaLocale());
+        UiHarness h;
+        preparaSessao(h, 20, 40, 40, 90);
+        QWidget* p = ateParcelamento(h);
+        QCOMPARE(texto(p, QStringLiteral("txtCusto")), QStringLiteral("709,50"));
+        h.exec(QStringLiteral("UPDATE NPK SET [R$/t] = 5000 WHERE Especificação = 'Ureia'"));
+        ChangeNotifier::instance().notify(QStringLiteral("NPK"));
+        QCOMPARE(texto(p, QStringLiteral("txtCusto")), QStringLiteral("709,50"));
+        click(p, QStringLiteral("chkTodas"));
+        selecionaFonte(p, QStringLiteral("Ureia"));
+        QCOMPARE(texto(p, QStringLiteral("txtCusto")), QStringLiteral("1000,00"));
     }
 
     void splitChecksTheParcelsAndWritesTheBlock()

@@ -4,6 +4,7 @@
 #include "store/storeerror.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QSqlError>
 #include <QSqlQuery>
 
@@ -71,6 +72,13 @@ void click(QWidget* window, const QString& button)
 {
     if (auto* b = find<QAbstractButton>(window, button))
         b->click();
+}
+
+void focusByTab(QWidget* window, const QString& control)
+{
+    QWidget* widget = find<QWidget>(window, control);
+    QFocusEvent event(QEvent::FocusIn, Qt::TabFocusReason);
+    QApplication::sendEvent(widget, &event);
 }
 
 } // namespace lavra::test

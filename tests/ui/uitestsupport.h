@@ -55,5 +55,7 @@ T* find(QWidget* window, const QString& name)
 void type(QWidget* window, const QString& field, const QString& text);
 // Clicks a button by name.
 void click(QWidget* window, const QString& button);
+// Gives a control the focus as Tab would, without the window having to be active.
+void focusByTab(QWidget* window, const QString& control);
 
 } // namespace lavra::test

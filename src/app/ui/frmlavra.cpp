@@ -12,6 +12,7 @@
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QDir>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -71,6 +72,21 @@ void abreExterno(const QString& endereco)
 {
     const QUrl url = endereco.contains(QLatin1String("://")) ? QUrl(endereco) : QUrl::fromLocalFile(endereco);
     QDesktopServices::openUrl(url);
+}
+
+void abreDocumento(QWidget* parent, const QString& arquivo)
+{
+    const QString caminho = QDir(QCoreApplication::applicationDirPath()).filePath(arquivo);
+    if (!QFileInfo::exists(caminho)) {
+        informacao(parent, QStringLiteral("O documento \"%1\" não está instalado junto com o programa.\n\n"
+                                          "Ele deveria estar na pasta %2.")
+                               .arg(arquivo, QDir::toNativeSeparators(QCoreApplication::applicationDirPath())));
+        return;
+    }
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(caminho)))
+        informacao(parent, QStringLiteral("Não foi possível abrir o documento \"%1\": não há um programa para "
+                                          "exibir arquivos PDF neste computador.")
+                               .arg(arquivo));
 }
 
 void abreCalculadora()
@@ -278,8 +294,8 @@ void FrmLavra::criaMenus()
 
     QMenu* ajuda = menuBar()->addMenu(QStringLiteral("A&juda"));
     ajuda->setObjectName(QStringLiteral("mnuAjd"));
-    addAction(ajuda, QStringLiteral("mnuAjud"), QStringLiteral("Ajuda do Lavra"), []() {
-        abreExterno(QDir(QCoreApplication::applicationDirPath()).filePath(kTutorial));
+    addAction(ajuda, QStringLiteral("mnuAjud"), QStringLiteral("Ajuda do Lavra"), [this]() {
+        abreDocumento(this, kTutorial);
     });
     addAction(ajuda, QStringLiteral("artigoQRT"), QStringLiteral("Artigo do Lavra QRT"), []() { abreExterno(kArtigoQRT); });
     addAction(ajuda, QStringLiteral("artigo2_0"), QStringLiteral("Artigo do Lavra 2.0"), []() { abreExterno(kArtigo20); });

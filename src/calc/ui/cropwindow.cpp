@@ -6,6 +6,7 @@
 #include "app/ui/fieldchecks.h"
 #include "app/ui/frmlavra.h"
 #include "app/ui/messages.h"
+#include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
 #include "store/storeerror.h"
 
@@ -27,10 +28,16 @@ CropWindow::CropWindow(
     m_lstCulturas = new QListWidget(this);
     m_lstCulturas->setObjectName(QStringLiteral("lstCulturas"));
     m_lstCulturas->addItems(culturas);
-    connect(m_lstCulturas, &QListWidget::currentRowChanged, this, [this](int posicao) {
+    semEscolhaInicial(m_lstCulturas);
+    connect(m_lstCulturas, &QListWidget::itemSelectionChanged, this, [this]() {
         LimpaCalculo();
-        culturaEscolhida(posicao);
+        culturaEscolhida(posicaoCultura());
     });
+}
+
+int CropWindow::posicaoCultura() const
+{
+    return linhaEscolhida(m_lstCulturas);
 }
 
 QStringList CropWindow::legendasNec()
@@ -90,20 +97,20 @@ QGroupBox* CropWindow::criaResultadoFinal(const QStringList& legendas)
 
 void CropWindow::criaComandos(QBoxLayout* layout)
 {
-    const auto botoes = adicionaBotoes(layout, this,
-        { { QStringLiteral("cmdCalc"), QStringLiteral("Calcular") },
-            { QStringLiteral("cmdAjusta"), QStringLiteral("Ajustar") },
-            { QStringLiteral("cmdProssegue"), QStringLiteral("Prosseguir >>") },
+    const LinhaPasso botoes = adicionaBotoesPasso(layout, this,
+        { { { QStringLiteral("cmdCalc"), QStringLiteral("Calcular") },
+              { QStringLiteral("cmdAjusta"), QStringLiteral("Ajustar") } },
+            { QStringLiteral("cmdCancela"), QStringLiteral("Cancelar") },
             { QStringLiteral("cmdRetorna"), QStringLiteral("<< Retornar") },
-            { QStringLiteral("cmdCancela"), QStringLiteral("Cancelar") } });
-    connect(botoes[0], &QPushButton::clicked, this, &CropWindow::calcula);
-    connect(botoes[1], &QPushButton::clicked, this, &CropWindow::ajusta);
-    connect(botoes[2], &QPushButton::clicked, this, &CropWindow::prossegueClicado);
-    connect(botoes[3], &QPushButton::clicked, this, [this]() {
+            { QStringLiteral("cmdProssegue"), QStringLiteral("Prosseguir >>") } });
+    connect(botoes.acoes[0], &QPushButton::clicked, this, &CropWindow::calcula);
+    connect(botoes.acoes[1], &QPushButton::clicked, this, &CropWindow::ajusta);
+    connect(botoes.prossegue, &QPushButton::clicked, this, &CropWindow::prossegueClicado);
+    connect(botoes.retorna, &QPushButton::clicked, this, [this]() {
         hide();
         m_windows.show(QStringLiteral("frmCalagem"));
     });
-    connect(botoes[4], &QPushButton::clicked, this, [this]() { FechaJanelas(m_session, m_windows, true); });
+    connect(botoes.cancela, &QPushButton::clicked, this, [this]() { FechaJanelas(m_session, m_windows, true); });
 }
 
 void CropWindow::ligaCampoNumerico(QLineEdit* caixa)

@@ -49,6 +49,8 @@ protected:
     static void somenteLeitura(QLineEdit* caixa);
     // A message of the logic, with its icon.
     void mostra(const Recusa& recusa);
+    // The position of the crop the user chose in lstCulturas; -1 while none is.
+    int posicaoCultura() const;
     // The boxes as the four figures of most groups.
     TextosNec textosNec() const;
 

@@ -86,14 +86,15 @@ public:
         meio->addWidget(criaGrade(), 1);
         layout->addLayout(meio, 1);
 
-        const auto buttons = adicionaBotoes(layout, this, {{QStringLiteral("cmdCalc"), QStringLiteral("Calcular")},
-                                                           {QStringLiteral("cmdRetorna"), QStringLiteral("<< Retornar")},
-                                                           {QStringLiteral("cmdProssegue"), QStringLiteral("Prosseguir >>")},
-                                                           {QStringLiteral("cmdCancela"), QStringLiteral("Cancelar")}});
-        connect(buttons[0], &QPushButton::clicked, this, &FrmCalagem::calcula);
-        connect(buttons[1], &QPushButton::clicked, this, &FrmCalagem::retorna);
-        connect(buttons[2], &QPushButton::clicked, this, &FrmCalagem::prossegue);
-        connect(buttons[3], &QPushButton::clicked, this, [this]() { FechaJanelas(m_session, m_windows, true); });
+        const LinhaPasso buttons = adicionaBotoesPasso(layout, this,
+            {{{QStringLiteral("cmdCalc"), QStringLiteral("Calcular")}},
+             {QStringLiteral("cmdCancela"), QStringLiteral("Cancelar")},
+             {QStringLiteral("cmdRetorna"), QStringLiteral("<< Retornar")},
+             {QStringLiteral("cmdProssegue"), QStringLiteral("Prosseguir >>")}});
+        connect(buttons.acoes[0], &QPushButton::clicked, this, &FrmCalagem::calcula);
+        connect(buttons.retorna, &QPushButton::clicked, this, &FrmCalagem::retorna);
+        connect(buttons.prossegue, &QPushButton::clicked, this, &FrmCalagem::prossegue);
+        connect(buttons.cancela, &QPushButton::clicked, this, [this]() { FechaJanelas(m_session, m_windows, true); });
 
         connect(m_sistemas, &QComboBox::currentIndexChanged, this, &FrmCalagem::limpaResultado);
         connect(m_naoCalcular, &QCheckBox::clicked, this, [this]() {
@@ -107,9 +108,10 @@ public:
         setTabOrder(m_satB, m_media);
         setTabOrder(m_media, m_grade);
         setTabOrder(m_grade, m_naoCalcular);
-        setTabOrder(m_naoCalcular, buttons[0]);
-        for (int b = 1; b < buttons.size(); ++b)
-            setTabOrder(buttons[b - 1], buttons[b]);
+        setTabOrder(m_naoCalcular, buttons.acoes[0]);
+        setTabOrder(buttons.acoes[0], buttons.prossegue);
+        setTabOrder(buttons.prossegue, buttons.retorna);
+        setTabOrder(buttons.retorna, buttons.cancela);
 
         carregaSistemas();
     }
@@ -177,7 +179,7 @@ private:
         connect(m_grade, &QTableView::clicked, this, &FrmCalagem::limpaResultado);
         connect(m_modelo, &QAbstractItemModel::modelReset, this, &FrmCalagem::ajustaColunas);
         connect(m_modelo, &CursorModel::refreshFailed, this,
-                [this](const QString& message) { erroBanco(this, StoreError(message)); });
+                [this](const StoreError& error) { erroBanco(this, error); });
         if (m_modelo->rowCount() > 0)
             m_modelo->setCurrentRow(0);
         m_grade->setCurrentIndex(m_modelo->index(m_modelo->currentRow(), 0));

@@ -2,7 +2,9 @@
 
 #include "app/navigation.h"
 #include "app/session.h"
+#include "app/ui/buttons.h"
 #include "app/ui/messages.h"
+#include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
 #include "calc/ui/windows.h"
 #include "registers/analysis.h"
@@ -12,6 +14,7 @@
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
+#include <QHash>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -60,18 +63,11 @@ FrmCliAn::FrmCliAn(Session& session, WindowRegistry& windows, QWidget* parent)
     meio->addLayout(direita);
     layout->addLayout(meio, 1);
 
-    auto* botoes = new QHBoxLayout;
-    auto* cmdCancela = new QPushButton(QStringLiteral("Cancelar"), this);
-    cmdCancela->setObjectName(QStringLiteral("cmdCancela"));
-    auto* cmdContinua = new QPushButton(QStringLiteral("Prosseguir >>"), this);
-    cmdContinua->setObjectName(QStringLiteral("cmdContinua"));
-    cmdContinua->setDefault(true);
-    botoes->addStretch();
-    for (QPushButton* botao : {cmdCancela, cmdContinua}) {
-        botao->setMinimumWidth(110);
-        botoes->addWidget(botao);
-    }
-    layout->addLayout(botoes);
+    const LinhaPasso botoes = adicionaBotoesPasso(layout, this,
+        {{}, {QStringLiteral("cmdCancela"), QStringLiteral("Cancelar")}, {},
+         {QStringLiteral("cmdContinua"), QStringLiteral("Prosseguir >>")}});
+    QPushButton* cmdContinua = botoes.prossegue;
+    QPushButton* cmdCancela = botoes.cancela;
     setTabOrder(m_txtCli, m_flxCli);
     setTabOrder(m_flxCli, m_lstAna);
     setTabOrder(m_lstAna, cmdContinua);
@@ -99,7 +95,7 @@ QString FrmCliAn::marcaEscolha() const
 {
     // No separator between the two: row 1 at position 12 reads as row 11 at position 2.
     const int linha = m_flxCli->currentRow() < 0 ? 0 : m_flxCli->currentRow() + 1;
-    return QString::number(linha) + QString::number(m_lstAna->currentRow());
+    return QString::number(linha) + QString::number(linhaEscolhida(m_lstAna));
 }
 
 void FrmCliAn::showEvent(QShowEvent* event)
@@ -132,13 +128,14 @@ void FrmCliAn::busca(const QString& texto)
 
 void FrmCliAn::continua()
 {
-    const QList<QListWidgetItem*> escolhidas = m_lstAna->selectedItems();
-    if (escolhidas.isEmpty()) {
+    const QString analise = textoEscolhido(m_lstAna);
+    const QTableWidgetItem* cliente = m_flxCli->currentRow() < 0 ? nullptr : m_flxCli->item(m_flxCli->currentRow(), 0);
+    if (analise.isEmpty() || !cliente) {
         aviso(this, QStringLiteral("Selecione cliente e análise!"));
         return;
     }
-    m_session.NomeCliente = m_flxCli->item(m_flxCli->currentRow(), 0)->text();
-    m_session.CodAnalise = escolhidas.first()->text();
+    m_session.NomeCliente = cliente->text();
+    m_session.CodAnalise = analise;
     const QString modo = m_session.ModoEscolha;
 
     if (modo == kModoCalcular) {
@@ -167,9 +164,28 @@ void FrmCliAn::continua()
 
 void FrmCliAn::mostraGrafico(const QString& modo)
 {
-    // "EvolFert", "Fertigráfico" and "OcupaCTC" open the chart windows, which are still to come;
-    // until then the window stays as it is.
-    Q_UNUSED(modo);
+    // Each chart mode opens its chart window by name; the charts register them as they come.
+    static const QHash<QString, QString> janelas = {{QStringLiteral("EvolFert"), QStringLiteral("frmEvolFert")},
+                                                    {QStringLiteral("Fertigráfico"), QStringLiteral("frmChart")},
+                                                    {QStringLiteral("OcupaCTC"), QStringLiteral("frmOcupaCTC")}};
+    const QString janela = janelas.value(modo);
+    if (janela.isEmpty() || !m_windows.isRegistered(janela)) {
+        informacao(this, QStringLiteral("Este gráfico ainda não está disponível nesta versão do programa."));
+        return;
+    }
+    hide();
+    // The evolution chart reads every analysis of the field itself, from the code kept above.
+    if (modo != QStringLiteral("EvolFert")) {
+        try {
+            CarregaAnalise(m_session, m_session.CodAnalise);
+        } catch (const StoreError& error) {
+            erroBanco(this, error);
+            show();
+            return;
+        }
+        m_session.GrafAvulso = 1;
+    }
+    m_windows.show(janela);
 }
 
 void FrmCliAn::cancela()

@@ -2,6 +2,7 @@
 #include "app/ui/fieldchecks.h"
 #include "app/ui/frmlavra.h"
 #include "app/ui/messages.h"
+#include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
 #include "calc/crops.h"
 #include "calc/grains.h"
@@ -11,7 +12,6 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -69,6 +69,7 @@ protected:
 
         const QStringList anteriores = cultivosAnterioresGraos(posicao);
         m_lstCultAnt->addItems(anteriores);
+        semEscolhaInicial(m_lstCultAnt);
         m_lstCultAnt->setEnabled(!anteriores.isEmpty());
         m_txtMS->setEnabled(posicao == graos::Milho);
 
@@ -93,6 +94,9 @@ protected:
 
     void calcula() override
     {
+        // A number refused as its box was left may still stand there; it is never read.
+        if (recusaCampos({ m_txtExpect, m_txtMS }))
+            return;
         CalculoGraos r;
         try {
             r = CalculaGraos(m_session, definicoes());
@@ -147,6 +151,7 @@ private:
         grade->addWidget(m_lblExpect, 0, 1);
         grade->addWidget(m_txtExpect, 1, 1);
         ligaCampoNumerico(m_txtExpect);
+        defineGrandeza(m_txtExpect, Grandeza::Expectativa);
 
         m_cboSitArz = new QComboBox(frame);
         m_cboSitArz->setObjectName(QStringLiteral("cboSitArz"));
@@ -165,7 +170,8 @@ private:
             fontMetrics().horizontalAdvance(QStringLiteral("Consórcio ou pousio")) + 40);
         grade->addWidget(rotulo(QStringLiteral("Cultivo anterior"), m_lstCultAnt, frame), 4, 1);
         grade->addWidget(m_lstCultAnt, 5, 1);
-        connect(m_lstCultAnt, &QListWidget::currentRowChanged, this, &FrmGraos::entradaMudou);
+        semEscolhaInicial(m_lstCultAnt);
+        connect(m_lstCultAnt, &QListWidget::itemSelectionChanged, this, &FrmGraos::entradaMudou);
 
         m_txtMS = new QLineEdit(frame);
         m_txtMS->setObjectName(QStringLiteral("txtMS"));
@@ -175,6 +181,7 @@ private:
             1);
         grade->addWidget(m_txtMS, 7, 1);
         ligaCampoNumerico(m_txtMS);
+        defineGrandeza(m_txtMS, Grandeza::MassaSeca);
 
         m_lblAv = new QLabel(frame);
         m_lblAv->setObjectName(QStringLiteral("lblAv"));
@@ -222,8 +229,7 @@ private:
         cmdinfo->setIcon(style()->standardIcon(QStyle::SP_MessageBoxInformation));
         cmdinfo->setAutoRaise(true);
         cmdinfo->setToolTip(QStringLiteral("Clique para obter informações"));
-        connect(cmdinfo, &QToolButton::clicked, this,
-            []() { abreExterno(QDir(QCoreApplication::applicationDirPath()).filePath(kArquivoCorrecao)); });
+        connect(cmdinfo, &QToolButton::clicked, this, [this]() { abreDocumento(this, kArquivoCorrecao); });
         auto* opcoes = new QHBoxLayout;
         opcoes->addWidget(m_optRofic);
         opcoes->addWidget(m_optAjgrad);
@@ -243,12 +249,11 @@ private:
     DefinicoesGraos definicoes() const
     {
         DefinicoesGraos d;
-        d.posicao = m_lstCulturas->currentRow();
+        d.posicao = posicaoCultura();
         d.expectativa = m_txtExpect->text();
         d.sistemaSemeadura = m_cboSitArz->currentIndex();
         d.textoSistema = m_cboSitArz->currentText();
-        if (const QListWidgetItem* anterior = m_lstCultAnt->currentItem())
-            d.cultivoAnterior = anterior->text();
+        d.cultivoAnterior = textoEscolhido(m_lstCultAnt);
         d.massaSeca = m_txtMS->text();
         d.ajusteGradual = m_optAjgrad->isChecked();
         return d;
@@ -286,7 +291,7 @@ private:
         // Each change toggles both options; one answer is enough.
         if (!ligada)
             return;
-        if (arrozIrrigado(m_lstCulturas->currentRow())) {
+        if (arrozIrrigado(posicaoCultura())) {
             informacao(this, kMsgArrozSemCorrecao);
             return;
         }

@@ -3,6 +3,7 @@
 #include "app/ui/buttons.h"
 #include "app/ui/chainwindow.h"
 #include "app/ui/messages.h"
+#include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
 #include "calc/crops.h"
 #include "windows.h"
@@ -63,16 +64,19 @@ public:
         cultivoLayout->addStretch();
         layout->addWidget(cultivoFrame);
 
-        const auto buttons = adicionaBotoes(layout, this, {{QStringLiteral("cmdVai"), QStringLiteral("Prosseguir >>>")},
-                                                           {QStringLiteral("cmdVolta"), QStringLiteral("<< Retornar")}});
-        connect(buttons[0], &QPushButton::clicked, this, &FrmGrupCult::vai);
-        connect(buttons[1], &QPushButton::clicked, this, &FrmGrupCult::volta);
+        const LinhaPasso buttons = adicionaBotoesPasso(layout, this,
+            {{}, {}, {QStringLiteral("cmdVolta"), QStringLiteral("<< Retornar")},
+             {QStringLiteral("cmdVai"), QStringLiteral("Prosseguir >>>")}});
+        connect(buttons.prossegue, &QPushButton::clicked, this, &FrmGrupCult::vai);
+        connect(buttons.retorna, &QPushButton::clicked, this, &FrmGrupCult::volta);
 
-        connect(m_grupo, &QListWidget::currentRowChanged, this, &FrmGrupCult::mostraGrupo);
+        semEscolhaInicial(m_grupo);
+        semEscolhaInicial(m_culturas);
+        connect(m_grupo, &QListWidget::itemSelectionChanged, this, [this]() { mostraGrupo(linhaEscolhida(m_grupo)); });
         // The crops are there to be looked at, not chosen.
         connect(m_culturas, &QListWidget::itemSelectionChanged, this, [this]() {
-            if (m_culturas->currentRow() >= 0)
-                m_culturas->setCurrentRow(-1);
+            if (linhaEscolhida(m_culturas) >= 0)
+                semEscolhaInicial(m_culturas);
         });
         connect(m_grupo, &QListWidget::itemDoubleClicked, this, &FrmGrupCult::vai);
         resize(620, 440);
@@ -90,7 +94,7 @@ protected:
 private:
     QString marca() const
     {
-        return QString::number(m_grupo->currentRow()) + (m_primeiro->isChecked() ? QStringLiteral("True") : QStringLiteral("False"))
+        return QString::number(linhaEscolhida(m_grupo)) + (m_primeiro->isChecked() ? QStringLiteral("True") : QStringLiteral("False"))
             + (m_segundo->isChecked() ? QStringLiteral("True") : QStringLiteral("False"));
     }
 
@@ -102,11 +106,12 @@ private:
         m_segundo->setEnabled(asksOrder);
         m_culturas->clear();
         m_culturas->addItems(culturasDoGrupo(position + 1));
+        semEscolhaInicial(m_culturas);
     }
 
     void vai()
     {
-        const int position = m_grupo->currentRow();
+        const int position = linhaEscolhida(m_grupo);
         if (position >= 0 && position <= 2 && !m_primeiro->isChecked() && !m_segundo->isChecked()) {
             aviso(this, QStringLiteral("Selecione o cultivo!"));
             return;

@@ -63,12 +63,13 @@ public:
         layout->addLayout(form);
         layout->addStretch();
 
-        const auto buttons = adicionaBotoes(layout, this, {{QStringLiteral("cmdSalva"), QStringLiteral("Salvar Cálculos")},
-                                                           {QStringLiteral("Command1"), QStringLiteral("<< Retornar")},
-                                                           {QStringLiteral("cmdCancela"), QStringLiteral("Cancelar")}});
-        connect(buttons[0], &QPushButton::clicked, this, &FrmFinalCalculo::salva);
-        connect(buttons[1], &QPushButton::clicked, this, &FrmFinalCalculo::retorna);
-        connect(buttons[2], &QPushButton::clicked, this,
+        const LinhaPasso buttons = adicionaBotoesPasso(layout, this,
+            {{}, {QStringLiteral("cmdCancela"), QStringLiteral("Cancelar")},
+             {QStringLiteral("Command1"), QStringLiteral("<< Retornar")},
+             {QStringLiteral("cmdSalva"), QStringLiteral("Salvar Cálculos")}});
+        connect(buttons.prossegue, &QPushButton::clicked, this, &FrmFinalCalculo::salva);
+        connect(buttons.retorna, &QPushButton::clicked, this, &FrmFinalCalculo::retorna);
+        connect(buttons.cancela, &QPushButton::clicked, this,
                 [this]() { FechaJanelas(m_session, m_windows, true); });
         setMinimumWidth(460);
     }

@@ -2,8 +2,10 @@
 
 #include "app/navigation.h"
 #include "app/session.h"
+#include "app/ui/buttons.h"
 #include "app/ui/frmlavra.h"
 #include "app/ui/messages.h"
+#include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
 #include "plan/ui/windows.h"
 #include "store/storeerror.h"
@@ -86,22 +88,18 @@ FrmNPK::FrmNPK(Session& session, WindowRegistry& windows, QWidget* parent)
     meio->addWidget(criaResultado(), 1);
     layout->addLayout(meio);
 
-    auto* botoes = new QHBoxLayout;
-    m_cmdFormular = new QPushButton(QStringLiteral("Formular ou adubos orgânicos"), this);
-    m_cmdFormular->setObjectName(QStringLiteral("cmdFormular"));
-    botoes->addWidget(m_cmdFormular);
-    botoes->addStretch();
-    m_cmdCancel = new QPushButton(QStringLiteral("Cancelar"), this);
-    m_cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
-    auto* cmdRetorna = new QPushButton(QStringLiteral("<< Retornar"), this);
-    cmdRetorna->setObjectName(QStringLiteral("cmdRetorna"));
-    auto* cmdProssegue = new QPushButton(QStringLiteral("Prosseguir >>"), this);
-    cmdProssegue->setObjectName(QStringLiteral("cmdProssegue"));
-    for (QPushButton* botao : { m_cmdCancel, cmdRetorna, cmdProssegue }) {
-        botao->setMinimumWidth(110);
-        botoes->addWidget(botao);
-    }
-    layout->addLayout(botoes);
+    const LinhaPasso botoes = adicionaBotoesPasso(layout, this,
+        { { { QStringLiteral("cmdFormular"), QStringLiteral("Formular ou adubos orgânicos") } },
+            { QStringLiteral("cmdCancel"), QStringLiteral("Cancelar") },
+            { QStringLiteral("cmdRetorna"), QStringLiteral("<< Retornar") },
+            { QStringLiteral("cmdProssegue"), QStringLiteral("Prosseguir >>") } });
+    m_cmdFormular = botoes.acoes[0];
+    m_cmdCancel = botoes.cancela;
+    QPushButton* cmdRetorna = botoes.retorna;
+    QPushButton* cmdProssegue = botoes.prossegue;
+    // Enter calculates, as in the other steps; leaving for the formulation is a choice.
+    m_cmdFormular->setDefault(false);
+    m_cmdCalcula->setDefault(true);
 
     QWidget* ordem[] = { m_optIndicados, m_optTodos, m_flxNPK, m_opt->button(0), m_opt->button(1),
         m_opt->button(2), m_cmdCalcula, cmdProssegue, cmdRetorna, m_cmdCancel, m_cmdFormular };
@@ -155,6 +153,12 @@ QWidget* FrmNPK::criaGrade()
     m_flxNPK->setMinimumHeight(200);
     m_flxNPK->setMinimumWidth(4 * twips(this, 2000) + 24);
     layout->addWidget(m_flxNPK, 1);
+    // Said in the frame, where the user looks for a formula, when the grid has none to offer.
+    m_lblVazia = new QLabel(fr1);
+    m_lblVazia->setObjectName(QStringLiteral("lblSemFormulas"));
+    m_lblVazia->setWordWrap(true);
+    m_lblVazia->hide();
+    layout->addWidget(m_lblVazia);
 
     connect(m_optIndicados, &QRadioButton::clicked, this, [this]() {
         Insere_Indicados(true);
@@ -164,10 +168,7 @@ QWidget* FrmNPK::criaGrade()
         Insere_Indicados(false);
         LimpaCampos();
     });
-    connect(m_flxNPK, &QTableWidget::currentCellChanged, this, [this](int linha, int, int anterior, int) {
-        if (linha != anterior)
-            LimpaCampos();
-    });
+    connect(m_flxNPK, &QTableWidget::itemSelectionChanged, this, &FrmNPK::LimpaCampos);
     return fr1;
 }
 
@@ -263,6 +264,8 @@ void FrmNPK::Insere_Indicados(bool somente)
     }
     if (m_flxNPK->rowCount() > 0)
         m_flxNPK->setCurrentCell(0, flx::kFormula);
+    m_lblVazia->setText(somente ? kMsgSemIndicados : kMsgSemFertilizantes);
+    m_lblVazia->setVisible(m_flxNPK->rowCount() == 0);
 }
 
 void FrmNPK::LimpaCampos()
@@ -274,7 +277,7 @@ void FrmNPK::LimpaCampos()
 LinhaFlx FrmNPK::linhaSelecionada() const
 {
     LinhaFlx linha;
-    const int atual = m_flxNPK->currentRow();
+    const int atual = linhaEscolhida(m_flxNPK);
     if (atual < 0)
         return linha;
     for (int coluna = 1; coluna < flx::kColunas; ++coluna) {
@@ -303,6 +306,10 @@ void FrmNPK::calcular()
     switch (resultado.desfecho) {
     case DesfechoCalculo::SemModo:
         aviso(this, resultado.mensagem);
+        return;
+    case DesfechoCalculo::SemLinha:
+        // An empty grid has its reason written in the frame already.
+        aviso(this, m_flxNPK->rowCount() == 0 ? m_lblVazia->text() : resultado.mensagem);
         return;
     case DesfechoCalculo::Organico:
         simples(this, resultado.mensagem);

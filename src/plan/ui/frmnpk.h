@@ -65,6 +65,7 @@ private:
     QRadioButton* m_optIndicados = nullptr;
     QRadioButton* m_optTodos = nullptr;
     QTableWidget* m_flxNPK = nullptr;
+    QLabel* m_lblVazia = nullptr;
     QButtonGroup* m_opt = nullptr;
     QPushButton* m_cmdCalcula = nullptr;
     QLineEdit* m_txtFormula = nullptr;

@@ -2,6 +2,7 @@
 
 #include "app/navigation.h"
 #include "app/session.h"
+#include "app/ui/buttons.h"
 #include "app/ui/messages.h"
 #include "app/ui/windowregistry.h"
 #include "plan/ui/frmnpk.h"
@@ -67,19 +68,13 @@ FrmParcelaN::FrmParcelaN(Session& session, WindowRegistry& windows, QWidget* par
     layout->addWidget(criaFontes(), 1);
     layout->addWidget(criaParcelas());
 
-    auto* botoes = new QHBoxLayout;
-    botoes->addStretch();
-    auto* cmdCancela = new QPushButton(QStringLiteral("Cancelar"), this);
-    cmdCancela->setObjectName(QStringLiteral("cmdCancela"));
-    auto* cmdRetorna = new QPushButton(QStringLiteral("<< Retornar"), this);
-    cmdRetorna->setObjectName(QStringLiteral("cmdRetorna"));
-    auto* cmdProssegue = new QPushButton(QStringLiteral("Prosseguir >>"), this);
-    cmdProssegue->setObjectName(QStringLiteral("cmdProssegue"));
-    for (QPushButton* botao : { cmdCancela, cmdRetorna, cmdProssegue }) {
-        botao->setMinimumWidth(110);
-        botoes->addWidget(botao);
-    }
-    layout->addLayout(botoes);
+    const LinhaPasso botoes = adicionaBotoesPasso(layout, this,
+        { {}, { QStringLiteral("cmdCancela"), QStringLiteral("Cancelar") },
+            { QStringLiteral("cmdRetorna"), QStringLiteral("<< Retornar") },
+            { QStringLiteral("cmdProssegue"), QStringLiteral("Prosseguir >>") } });
+    QPushButton* cmdCancela = botoes.cancela;
+    QPushButton* cmdRetorna = botoes.retorna;
+    QPushButton* cmdProssegue = botoes.prossegue;
 
     QList<QWidget*> ordem = { m_dtGrid, m_chkTodas, m_cboNVezes };
     for (int i = 0; i < kMaxParcelas; ++i)
@@ -219,6 +214,9 @@ void FrmParcelaN::AbreTabelaN()
     CursorModel* novo = nullptr;
     try {
         novo = new CursorModel(m_session.db.strConn, m_session.db.strSQL, this);
+        // The sources and prices the step opened with hold until chkTodas or a reopening, as
+        // the rest of the session does.
+        novo->setFollowsChanges(false);
     } catch (const StoreError& error) {
         erroBanco(this, error);
         return;
@@ -241,8 +239,6 @@ void FrmParcelaN::AbreTabelaN()
         aoMudarFonte();
     });
     connect(novo, &QAbstractItemModel::modelReset, this, &FrmParcelaN::ajustaColunas);
-    connect(novo, &CursorModel::refreshFailed, this,
-        [this](const QString& mensagem) { erroBanco(this, StoreError(mensagem)); });
 
     ajustaColunas();
     if (novo->currentRow() >= 0)
@@ -264,8 +260,8 @@ void FrmParcelaN::aoMudarFonte()
     const int linha = m_fontes ? m_fontes->currentRow() : -1;
     const qint64 id = linha >= 0 ? m_fontes->cursor().rowIdAt(linha) : -1;
     m_txtCalcula->setText(linha >= 0 ? cellText(m_fontes->value(linha, 0)) : QString());
-    // Another source wipes the parcels; the same one read again, after a change of its price
-    // elsewhere, keeps them and gives them the new dose.
+    // Another source wipes the parcels; the same one read again by chkTodas keeps them and
+    // gives them its dose as read now.
     if (id != m_linhaFonte)
         limpaParcelas();
     m_linhaFonte = id;

@@ -3,6 +3,7 @@
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/messages.h"
+#include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
 #include "registers/analysis.h"
 #include "registers/ui/windows.h"
@@ -98,6 +99,7 @@ void listaAnalisesDoCliente(QWidget* janela, Session& session, const QTableWidge
         return;
     try {
         lista->addItems(AnalisesDoCliente(session.db, nome->text()));
+        semEscolhaInicial(lista);
     } catch (const StoreError& error) {
         erroBanco(janela, error);
     }

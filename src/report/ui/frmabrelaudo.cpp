@@ -3,6 +3,7 @@
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/messages.h"
+#include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
 #include "registers/analysis.h"
 #include "registers/ui/frmcliente.h"
@@ -158,8 +159,7 @@ std::optional<report::TipoLaudo> FrmAbreLaudo::tipoEscolhido() const
 
 QString FrmAbreLaudo::analiseEscolhida() const
 {
-    const QList<QListWidgetItem*> escolhidas = m_lstAna->selectedItems();
-    return escolhidas.isEmpty() ? QString() : escolhidas.first()->text();
+    return textoEscolhido(m_lstAna);
 }
 
 void FrmAbreLaudo::preencheRecomendacoes()
@@ -172,6 +172,7 @@ void FrmAbreLaudo::preencheRecomendacoes()
     try {
         m_lstReco->addItems(
             report::RecomendacoesDaAnalise(m_session.db, report::definicao(*tipo).tabela, analiseEscolhida()));
+        semEscolhaInicial(m_lstReco);
     } catch (const StoreError& error) {
         erroBanco(this, error);
     }
@@ -223,7 +224,9 @@ void FrmAbreLaudo::exclui()
         if (pergunta && confirma(this, *pergunta))
             report::ExcluiRecomendacao(m_session.db, m_session.TabelaReco, codAnalise, *chave);
     } catch (const StoreError& error) {
+        // Nothing was deleted; reading the list again would only tell the failure twice.
         erroBanco(this, error);
+        return;
     }
     // The same option stays on and its list is read again, with or without the row.
     preencheRecomendacoes();

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+class QAbstractItemView;
+class QListWidget;
+
+namespace lavra::ui {
+
+// A list or grid starts with nothing chosen, and the focus alone never chooses: Qt would
+// otherwise make the first row current as the view gets the focus, and a step reading that row
+// would go on with a choice the user never made.
+void semEscolhaInicial(QAbstractItemView* vista);
+
+// The row the user selected, or -1. Never the current row, which focus and scrolling move.
+int linhaEscolhida(const QAbstractItemView* vista);
+
+// The text of the selected item of a list, empty when nothing is selected.
+QString textoEscolhido(const QListWidget* lista);
+
+} // namespace lavra::ui
