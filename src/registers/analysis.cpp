@@ -319,6 +319,8 @@ ResultadoCadastro CadastraAnalise(Store& db, const EntradaCadastro& entrada)
             recusa->codAnalise = e.codAnalise;
             return *recusa;
         }
+        if (!TemBasesOuAluminio(numero(c.al), numero(c.k), numero(c.ca), numero(c.mg)))
+            return {Desfecho::Aviso, kMsgSemBases, QStringLiteral("txtCa"), e.codAnalise};
         // An analysis of a client the register does not know would be found by no one.
         const std::optional<QString> registrado = ClienteRegistrado(db, c.cliente);
         if (!registrado)

@@ -132,6 +132,11 @@ float SaturacaoAl(float al, float k, float ca, float mg)
     return 100.0f * al / bases;
 }
 
+bool TemBasesOuAluminio(float al, float k, float ca, float mg)
+{
+    return al != 0.0f || k != 0.0f || ca != 0.0f || mg != 0.0f;
+}
+
 QString TextoClasse(int classe)
 {
     switch (classe) {

@@ -20,6 +20,13 @@ Classe ClasseArgila(float argila);
 // denominator there is nothing to saturate, and the result is 0.
 float SaturacaoAl(float al, float k, float ca, float mg);
 
+// Whether an analysis can be interpreted at all: with Ca, Mg, K and Al all zero the soil would
+// have no exchangeable cations, which is a typing error, not a soil.
+bool TemBasesOuAluminio(float al, float k, float ca, float mg);
+inline const QString kMsgSemBases = QStringLiteral(
+    "Esta análise não pode ser interpretada: Ca, Mg, K e Al estão todos em zero. Confira os valores "
+    "digitados.");
+
 // "MB", "B", "M", "A", "MA"; empty for anything else.
 QString TextoClasse(int classe);
 

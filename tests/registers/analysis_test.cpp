@@ -1,6 +1,7 @@
 #include "app/session.h"
 #include "app/validation.h"
 #include "registers/analysis.h"
+#include "registers/interpretation.h"
 #include "store/storeerror.h"
 #include "testsupport.h"
 
@@ -219,6 +220,8 @@ TEST_F(AnalysisRegisterTest, RefusalsWriteNothing)
          QStringLiteral("A argila deve estar entre 0 e 100 %."), "txtArgila"},
         {"P beyond a 32-bit float", [](CamposAnalise& c, QString&) { c.p = QString(40, QLatin1Char('9')); },
          QStringLiteral("O fósforo (P) deve estar entre 0 e 10000 mg/dm³."), "txtP"},
+        {"no bases and no aluminium",
+         [](CamposAnalise& c, QString&) { c.ca = c.mg = c.al = c.k = QStringLiteral("0"); }, kMsgSemBases, "txtCa"},
         {"client not registered", [](CamposAnalise& c, QString&) { c.cliente = QStringLiteral("Daniel"); },
          kMsgClienteNaoCadastrado, "txtCliente"},
         {"client in other letters", [](CamposAnalise& c, QString&) { c.cliente = QStringLiteral("JOÃO"); },
