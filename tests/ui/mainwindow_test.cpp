@@ -4,6 +4,7 @@
 #include "app/ui/frmabertura.h"
 #include "app/ui/frmlavra.h"
 #include "app/ui/messages.h"
+#include "app/ui/translations.h"
 #include "store/databasefile.h"
 
 #include <QAction>
@@ -53,6 +54,12 @@ private:
     }
 
 private Q_SLOTS:
+    void standardDialogsSpeakPortuguese()
+    {
+        QVERIFY(ui::carregaTraducoes());
+        QCOMPARE(QCoreApplication::translate("QPlatformTheme", "Cancel"), QStringLiteral("Cancelar"));
+    }
+
     void init()
     {
         m_boxes.clear();

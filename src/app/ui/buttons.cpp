@@ -7,14 +7,13 @@ namespace lavra::ui {
 
 namespace {
 
-QPushButton* criaBotao(QHBoxLayout* row, QWidget* parent, const Botao& botao)
+QPushButton* criaBotao(QWidget* parent, const Botao& botao)
 {
     if (botao.nome.isEmpty())
         return nullptr;
     auto* button = new QPushButton(botao.legenda, parent);
     button->setObjectName(botao.nome);
     button->setMinimumWidth(96);
-    row->addWidget(button);
     return button;
 }
 
@@ -25,8 +24,10 @@ QList<QPushButton*> adicionaBotoes(QBoxLayout* layout, QWidget* parent, const QL
     auto* row = new QHBoxLayout;
     row->addStretch();
     QList<QPushButton*> created;
-    for (const Botao& botao : botoes)
-        created << criaBotao(row, parent, botao);
+    for (const Botao& botao : botoes) {
+        created << criaBotao(parent, botao);
+        row->addWidget(created.last());
+    }
     if (!created.isEmpty())
         created.first()->setDefault(true);
     layout->addLayout(row);
@@ -37,22 +38,25 @@ LinhaPasso adicionaBotoesPasso(QBoxLayout* layout, QWidget* parent, const Botoes
 {
     // Made in the order Tab reaches them, forward before back and Cancelar last; laid out in
     // the order the eye reads them.
-    auto* row = new QHBoxLayout;
-    auto* fim = new QHBoxLayout;
     LinhaPasso linha;
     for (const Botao& botao : botoes.acoes)
-        linha.acoes << criaBotao(row, parent, botao);
-    linha.prossegue = criaBotao(fim, parent, botoes.prossegue);
-    linha.retorna = criaBotao(fim, parent, botoes.retorna);
-    if (linha.retorna)
-        fim->insertWidget(0, linha.retorna);
-    linha.cancela = criaBotao(fim, parent, botoes.cancela);
-    if (linha.cancela) {
-        fim->insertWidget(0, linha.cancela);
-        fim->insertSpacing(1, 24);
-    }
+        linha.acoes << criaBotao(parent, botao);
+    linha.prossegue = criaBotao(parent, botoes.prossegue);
+    linha.retorna = criaBotao(parent, botoes.retorna);
+    linha.cancela = criaBotao(parent, botoes.cancela);
+
+    auto* row = new QHBoxLayout;
+    for (QPushButton* acao : linha.acoes)
+        row->addWidget(acao);
     row->addStretch();
-    row->addLayout(fim);
+    if (linha.cancela) {
+        row->addWidget(linha.cancela);
+        row->addSpacing(24);
+    }
+    for (QPushButton* button : {linha.retorna, linha.prossegue}) {
+        if (button)
+            row->addWidget(button);
+    }
     if (QPushButton* padrao = linha.acoes.isEmpty() ? linha.prossegue : linha.acoes.first())
         padrao->setDefault(true);
     layout->addLayout(row);

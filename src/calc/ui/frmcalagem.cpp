@@ -192,7 +192,9 @@ private:
         const auto figura = [this](const QString& nome) {
             auto* label = new QLabel(this);
             label->setObjectName(nome);
-            label->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+            // A box on all four sides, as a read-only field: the styled panel of some styles
+            // draws only its two sides, which reads as two bars.
+            label->setStyleSheet(QStringLiteral("border: 1px solid palette(mid); background: palette(base);"));
             label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
             label->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("000000,00")) + 16);
             label->setMinimumHeight(fontMetrics().height() + 10);
