@@ -50,7 +50,8 @@ private Q_SLOTS:
         QWidget* escolha = h.open(QStringLiteral("frmCliAn"));
         QCOMPARE(find<QListWidget>(escolha, QStringLiteral("lstAna"))->count(), 1);
         focusByTab(escolha, QStringLiteral("lstAna"));
-        click(escolha, QStringLiteral("cmdContinua"));
+        // Enter in the list presses "Prosseguir >>", as a keyboard user expects.
+        QTest::keyClick(find<QListWidget>(escolha, QStringLiteral("lstAna")), Qt::Key_Return);
         QCOMPARE(h.texts(), QStringList{QStringLiteral("Selecione cliente e análise!")});
         QVERIFY(h.session().Analise.isEmpty() || h.session().CodAnalise.isEmpty());
     }

@@ -1,5 +1,7 @@
 #include "chainwindow.h"
 
+#include "widgets.h"
+
 #include "app/session.h"
 #include "frmlavra.h"
 #include "windowregistry.h"
@@ -13,6 +15,7 @@ namespace lavra::ui {
 ChainWindow::ChainWindow(Session& session, WindowRegistry& windows, QWidget* parent)
     : QWidget(parent, Qt::Window), m_session(session), m_windows(windows)
 {
+    enterAcionaPadrao(this);
 }
 
 void ChainWindow::closeEvent(QCloseEvent* event)

@@ -2,9 +2,52 @@
 
 #include <QAbstractItemView>
 #include <QItemSelectionModel>
+#include <QKeyEvent>
 #include <QListWidget>
+#include <QPushButton>
 
 namespace lavra::ui {
+
+namespace {
+
+class EnterPadrao final : public QObject {
+public:
+    explicit EnterPadrao(QWidget* janela) : QObject(janela), m_janela(janela) {}
+
+protected:
+    bool eventFilter(QObject* objeto, QEvent* evento) override
+    {
+        // The key reaches the window only when the control that had it let it go.
+        if (objeto != m_janela || evento->type() != QEvent::KeyPress)
+            return false;
+        const auto* tecla = static_cast<QKeyEvent*>(evento);
+        if ((tecla->key() != Qt::Key_Return && tecla->key() != Qt::Key_Enter)
+            || (tecla->modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier)
+            return false;
+        // On a button, Enter presses that button, as Space does.
+        if (auto* focado = qobject_cast<QPushButton*>(m_janela->focusWidget()); focado && focado->isEnabled()) {
+            focado->click();
+            return true;
+        }
+        for (QPushButton* botao : m_janela->findChildren<QPushButton*>()) {
+            if (botao->isDefault() && botao->isVisible() && botao->isEnabled()) {
+                botao->click();
+                return true;
+            }
+        }
+        return false;
+    }
+
+private:
+    QWidget* m_janela;
+};
+
+} // namespace
+
+void enterAcionaPadrao(QWidget* janela)
+{
+    janela->installEventFilter(new EnterPadrao(janela));
+}
 
 void semEscolhaInicial(QAbstractItemView* vista)
 {

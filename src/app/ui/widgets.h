@@ -4,6 +4,7 @@
 
 class QAbstractItemView;
 class QListWidget;
+class QWidget;
 
 namespace lavra::ui {
 
@@ -17,5 +18,9 @@ int linhaEscolhida(const QAbstractItemView* vista);
 
 // The text of the selected item of a list, empty when nothing is selected.
 QString textoEscolhido(const QListWidget* lista);
+
+// Enter presses the window's default button, as in a dialog: the steps are plain windows, where
+// Qt would otherwise let Enter do nothing.
+void enterAcionaPadrao(QWidget* janela);
 
 } // namespace lavra::ui

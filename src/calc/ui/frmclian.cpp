@@ -73,6 +73,7 @@ FrmCliAn::FrmCliAn(Session& session, WindowRegistry& windows, QWidget* parent)
     setTabOrder(m_lstAna, cmdContinua);
     setTabOrder(cmdContinua, cmdCancela);
 
+    enterAcionaPadrao(this);
     connect(m_txtCli, &QLineEdit::textChanged, this, &FrmCliAn::busca);
     connect(m_flxCli, &QTableWidget::currentCellChanged, this,
             [this](int linha, int, int anterior, int) {
