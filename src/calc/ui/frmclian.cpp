@@ -140,15 +140,8 @@ void FrmCliAn::continua()
     const QString modo = m_session.ModoEscolha;
 
     if (modo == kModoCalcular) {
-        hide();
-        try {
-            CarregaAnalise(m_session, m_session.CodAnalise);
-        } catch (const StoreError& error) {
-            // The analysis went away while the window stood open: stay here for another choice.
-            erroBanco(this, error);
-            show();
+        if (!carregaEscolhida())
             return;
-        }
         if (marcaEscolha() != m_marca)
             FechaAposEscolha(m_session, m_windows);
         m_windows.show(QStringLiteral("frmGrupCult"));
@@ -174,19 +167,28 @@ void FrmCliAn::mostraGrafico(const QString& modo)
         informacao(this, QStringLiteral("Este gráfico ainda não está disponível nesta versão do programa."));
         return;
     }
-    hide();
     // The evolution chart reads every analysis of the field itself, from the code kept above.
-    if (modo != QStringLiteral("EvolFert")) {
-        try {
-            CarregaAnalise(m_session, m_session.CodAnalise);
-        } catch (const StoreError& error) {
-            erroBanco(this, error);
-            show();
-            return;
-        }
+    if (modo == QStringLiteral("EvolFert"))
+        hide();
+    else if (carregaEscolhida())
         m_session.GrafAvulso = 1;
-    }
+    else
+        return;
     m_windows.show(janela);
+}
+
+bool FrmCliAn::carregaEscolhida()
+{
+    hide();
+    try {
+        CarregaAnalise(m_session, m_session.CodAnalise);
+        return true;
+    } catch (const StoreError& error) {
+        // The analysis went away while the window stood open: stay here for another choice.
+        erroBanco(this, error);
+        show();
+        return false;
+    }
 }
 
 void FrmCliAn::cancela()

@@ -36,6 +36,8 @@ private:
     void cancela();
     // Where the chart modes will hand over the chosen analysis.
     void mostraGrafico(const QString& modo);
+    // Hides the window and loads the chosen analysis; on a failure says so and stays.
+    bool carregaEscolhida();
 
     Session& m_session;
     WindowRegistry& m_windows;
