@@ -60,13 +60,6 @@ std::unique_ptr<HeldFile> estraga(UiHarness& h, Dano dano)
 class DamagedDatabaseTest : public QObject {
     Q_OBJECT
 
-private:
-    static void selectRow(QWidget* window, const QString& grid, int row)
-    {
-        auto* view = find<QTableView>(window, grid);
-        view->setCurrentIndex(view->model()->index(row, 0));
-    }
-
 private Q_SLOTS:
     void initTestCase() { DatabaseFile::setBusyTimeout(kEspera); }
 

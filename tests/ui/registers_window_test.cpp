@@ -17,12 +17,6 @@ class RegistersWindowTest : public QObject {
     Q_OBJECT
 
 private:
-    static void selectRow(QWidget* window, const QString& grid, int row)
-    {
-        auto* view = find<QTableView>(window, grid);
-        view->setCurrentIndex(view->model()->index(row, 0));
-    }
-
     static void fill(QWidget* window, const QList<std::pair<QString, QString>>& fields)
     {
         for (const auto& [name, text] : fields)

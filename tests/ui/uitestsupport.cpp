@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QTableView>
 
 namespace lavra::test {
 
@@ -72,6 +73,12 @@ void click(QWidget* window, const QString& button)
 {
     if (auto* b = find<QAbstractButton>(window, button))
         b->click();
+}
+
+void selectRow(QWidget* window, const QString& grid, int row)
+{
+    auto* view = find<QTableView>(window, grid);
+    view->setCurrentIndex(view->model()->index(row, 0));
 }
 
 void focusByTab(QWidget* window, const QString& control)

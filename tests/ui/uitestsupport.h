@@ -55,6 +55,8 @@ T* find(QWidget* window, const QString& name)
 void type(QWidget* window, const QString& field, const QString& text);
 // Clicks a button by name.
 void click(QWidget* window, const QString& button);
+// Makes a row of a grid its current row, as a click on it would.
+void selectRow(QWidget* window, const QString& grid, int row);
 // Gives a control the focus as Tab would, without the window having to be active.
 void focusByTab(QWidget* window, const QString& control);
 
