@@ -7,8 +7,6 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QDate>
-#include <QGroupBox>
-#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
