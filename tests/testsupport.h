@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/numbers.h"
+#include "base/numbers.h"
 
 #include <QLocale>
 #include <QString>

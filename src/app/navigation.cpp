@@ -2,6 +2,7 @@
 
 #include "store/schema.h"
 #include "store/storeerror.h"
+#include "app/windownames.h"
 
 namespace lavra {
 
@@ -32,15 +33,15 @@ bool FechaJanelas(Session& session, WindowHost& host, bool pergunta)
 
 void FechaAposEscolha(Session& session, WindowHost& host)
 {
-    static const QStringList kept = {QStringLiteral("frmCliAn"), QStringLiteral("frmGrupCult"), kMainWindow};
+    static const QStringList kept = {janela::kCliAn, janela::kGrupCult, kMainWindow};
     closeWhere(session, host, [](const QString& name) { return !kept.contains(name); });
 }
 
 void FechaPlano(Session& session, WindowHost& host)
 {
-    static const QStringList plan = {QStringLiteral("frmNPK"),        QStringLiteral("frmNPKFlorest"),
-                                     QStringLiteral("frmFormulação"), QStringLiteral("frmParcelaN"),
-                                     QStringLiteral("frmParcNitroFlo"), QStringLiteral("frmFinalCalculo")};
+    static const QStringList plan = {janela::kNPK,        janela::kNPKFlorest,
+                                     janela::kFormulacao, janela::kParcelaN,
+                                     janela::kParcNitroFlo, janela::kFinalCalculo};
     closeWhere(session, host, [](const QString& name) { return plan.contains(name); });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "session.h"
+#include "app/windownames.h"
 
 #include <QString>
 #include <QStringList>
@@ -19,7 +20,7 @@ public:
     virtual bool confirmCancel() = 0;
 };
 
-inline const QString kMainWindow = QStringLiteral("frmLavra");
+inline const QString kMainWindow = janela::kLavra;
 
 // Closes every window but the main one; with the question on, No changes nothing. Returns
 // whether the windows were closed.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "events.h"
 #include "store/store.h"
 
 #include <QString>
@@ -18,6 +19,8 @@ struct Session {
     explicit Session(const QString& databasePath) : db(databasePath) {}
 
     Store db;
+    // How the windows of the run tell each other what happened.
+    Eventos eventos;
 
     static constexpr int kSlots = 101;
     // The recommendation in the making; slot k becomes column k + 1 of the saved row.

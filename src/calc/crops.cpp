@@ -1,8 +1,9 @@
 #include "crops.h"
 
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "registers/analysis.h"
 #include "registers/interpretation.h"
+#include "app/windownames.h"
 
 #include <QSet>
 
@@ -493,7 +494,7 @@ QList<ConsultaPossivel> consultasPossiveis()
         cultivoTxtDeixados << chaves.cultivoTxt;
     };
 
-    janela = QStringLiteral("frmGraos");
+    janela = janela::kGraos;
     // The CTC class only splits the RS rice potassium; every class an analysis can hold counts.
     const QList<int> classesCtc = classesPossiveis("CTC");
     for (int posicao = 0; posicao < culturasGraos().size(); ++posicao) {
@@ -519,7 +520,7 @@ QList<ConsultaPossivel> consultasPossiveis()
         }
     }
 
-    janela = QStringLiteral("frmHort");
+    janela = janela::kHort;
     QList<int> classesArgila;
     for (int argila = ClasseArgila(100.0f); argila <= ClasseArgila(0.0f); ++argila)
         classesArgila << argila;
@@ -532,7 +533,7 @@ QList<ConsultaPossivel> consultasPossiveis()
         }
     }
 
-    janela = QStringLiteral("frmForrage");
+    janela = janela::kForrage;
     for (int posicao = 0; posicao < culturasForrageiras().size(); ++posicao) {
         for (int anterior : posicoesDaLista(cultivosAnterioresForragem().size())) {
             for (int cultivo : kCultivos)
@@ -540,7 +541,7 @@ QList<ConsultaPossivel> consultasPossiveis()
         }
     }
 
-    janela = QStringLiteral("frmFlorest");
+    janela = janela::kFlorest;
     for (int posicao = 0; posicao < culturasFlorestais().size(); ++posicao) {
         for (double rendimento : { 0.0, florestais::kErvaMateLimite1, florestais::kErvaMateLimite2 + 1 })
             adiciona(chaveFlorestal(posicao, rendimento));
@@ -550,20 +551,20 @@ QList<ConsultaPossivel> consultasPossiveis()
     // reads whatever digit an earlier calculation left; cane never sets one.
     cultivoTxtDeixados.removeDuplicates();
     const QStringList sufixosCondimentares = cultivoTxtDeixados;
-    janela = QStringLiteral("frmCondMedic");
+    janela = janela::kCondMedic;
     for (int posicao = 0; posicao < culturasCondimentares().size(); ++posicao) {
         for (const QString& cultivoTxt : sufixosCondimentares)
             adicionaCultura(chavesCondimentares(posicao, cultivoTxt));
     }
 
-    janela = QStringLiteral("frmCana");
+    janela = janela::kCana;
     for (int posicao = 0; posicao < culturasCana().size(); ++posicao) {
         for (int e : posicoesDaLista(expectativasCana(posicao).size()))
             adicionaCultura(chavesCana(posicao, e));
     }
 
     // A class 0 has no row by design: its bar stays empty.
-    janela = QStringLiteral("frmChart");
+    janela = janela::kChart;
     const QString graf = QStringLiteral("Graf");
     for (const DefinicaoGraf& d : kDefinicoesGraf) {
         if (d.indicador == IndicadorGraf::P) {

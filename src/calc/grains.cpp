@@ -1,10 +1,11 @@
 #include "grains.h"
 
 #include "app/navigation.h"
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "app/session.h"
 #include "calc/crops.h"
 #include "registers/interpretation.h"
+#include "app/windownames.h"
 
 #include <cmath>
 
@@ -94,19 +95,19 @@ std::optional<QVector<QVariant>> leLinha(Store& db, const Consulta& consulta)
     return linha;
 }
 
-Recusa erro(const QString& texto)
+Desfecho erro(const QString& texto)
 {
-    return { TipoMensagem::Erro, texto };
+    return Desfecho::critico(texto);
 }
 
-Recusa semLinha(const Consulta& consulta)
+Desfecho semLinha(const Consulta& consulta)
 {
     return erro(
         QStringLiteral("Não há na tabela %1 uma linha para \"%2\", e o cálculo não pode ser concluído.")
             .arg(consulta.tabela, consulta.chave));
 }
 
-Recusa semValor(const Consulta& consulta, int ordinal)
+Desfecho semValor(const Consulta& consulta, int ordinal)
 {
     return erro(QStringLiteral("A linha \"%1\" da tabela %2 não tem valor na coluna %3; verifique as classes "
                                "da análise.")
@@ -117,7 +118,7 @@ Recusa semValor(const Consulta& consulta, int ordinal)
 // A reference yield, an addition for each tonne above it, and the figure of the class.
 struct Leitura {
     std::optional<double> valor;
-    std::optional<Recusa> falha;
+    std::optional<Desfecho> falha;
 };
 
 Leitura necessidadeDaLinha(
@@ -149,22 +150,22 @@ double ajusteMassaSeca(const QString& anterior, double massa)
     return 0;
 }
 
-std::optional<Recusa> verificaDefinicoes(const DefinicoesGraos& d, bool& limpaExpectativa)
+std::optional<Desfecho> verificaDefinicoes(const DefinicoesGraos& d, bool& limpaExpectativa)
 {
     if (d.expectativa.isEmpty())
-        return Recusa { TipoMensagem::Aviso, kMsgInformeExpectativa };
+        return Desfecho::aviso(kMsgInformeExpectativa);
     if (recusaIncrementoArroz(d.posicao, d.expectativa)) {
         limpaExpectativa = true;
-        return Recusa { TipoMensagem::Informacao, mensagemIncrementoArroz(culturasGraos().value(d.posicao)) };
+        return Desfecho::informacao(mensagemIncrementoArroz(culturasGraos().value(d.posicao)));
     }
     if (d.posicao < 0 || d.posicao >= culturasGraos().size())
-        return Recusa { TipoMensagem::Aviso, kMsgSelecioneCultura };
+        return Desfecho::aviso(kMsgSelecioneCultura);
     if (arrozIrrigado(d.posicao) && d.sistemaSemeadura == 0)
-        return Recusa { TipoMensagem::Aviso, kMsgSelecioneSemeadura };
+        return Desfecho::aviso(kMsgSelecioneSemeadura);
     if (!cultivosAnterioresGraos(d.posicao).isEmpty() && d.cultivoAnterior.isEmpty())
-        return Recusa { TipoMensagem::Aviso, kMsgSelecioneCultivoAnterior };
+        return Desfecho::aviso(kMsgSelecioneCultivoAnterior);
     if (d.posicao == graos::Milho && d.massaSeca.isEmpty())
-        return Recusa { TipoMensagem::Aviso, kMsgInformeMassaSeca };
+        return Desfecho::aviso(kMsgInformeMassaSeca);
     return std::nullopt;
 }
 
@@ -207,9 +208,9 @@ QString textoNumero(double valor)
 QString janelaDoPlano(const QString& tipoPlano)
 {
     if (tipoPlano == QStringLiteral("Fórmulas"))
-        return QStringLiteral("frmNPK");
+        return janela::kNPK;
     if (tipoPlano == QStringLiteral("Formulação"))
-        return QStringLiteral("frmFormulação");
+        return janela::kFormulacao;
     return {};
 }
 
@@ -228,11 +229,11 @@ void CopiaParaNec(Session& session, const TextosNec& nec)
     }
 }
 
-std::optional<Recusa> ProssegueCultura(Session& session, WindowHost& janelas, const QString& nomeCultura,
+std::optional<Desfecho> ProssegueCultura(Session& session, WindowHost& janelas, const QString& nomeCultura,
     std::optional<float> expectativa, const TextosNec& nec)
 {
     if (nec[0].isEmpty())
-        return Recusa { TipoMensagem::Aviso, kMsgNaoCalculada };
+        return Desfecho::aviso(kMsgNaoCalculada);
     std::array<float, 4> valores {};
     for (std::size_t i = 0; i < nec.size(); ++i) {
         const auto numero = parseNumber(nec[i]);
@@ -276,13 +277,13 @@ std::optional<QString> VerificaAjuste(const QStringList& ajustados)
 QString janelaAjustada(const QString& nomeGrupo)
 {
     if (nomeGrupo == QStringLiteral("Produtoras de grãos"))
-        return QStringLiteral("frmGraos");
+        return janela::kGraos;
     if (nomeGrupo == QStringLiteral("Hortaliças"))
-        return QStringLiteral("frmHort");
+        return janela::kHort;
     if (nomeGrupo == QStringLiteral("Forrageiras"))
-        return QStringLiteral("frmForrage");
+        return janela::kForrage;
     if (nomeGrupo == QStringLiteral("Plantas Ornamentais"))
-        return QStringLiteral("frmOrnam");
+        return janela::kOrnam;
     return {};
 }
 
@@ -324,7 +325,7 @@ CalculoGraos CalculaGraos(Session& session, const DefinicoesGraos& d)
     }
     // From here on the boxes hold this calculation or nothing.
     r.substituiResultado = true;
-    const auto falha = [&r](const Recusa& recusa) {
+    const auto falha = [&r](const Desfecho& recusa) {
         r.recusa = recusa;
         r.nec = {};
         return r;
@@ -462,11 +463,11 @@ QString nomeCulturaGraos(const DefinicoesGraos& d)
     return cultura;
 }
 
-std::optional<Recusa> ProssegueGraos(
+std::optional<Desfecho> ProssegueGraos(
     Session& session, WindowHost& janelas, const DefinicoesGraos& d, const TextosNec& nec)
 {
     if (nec[0].isEmpty())
-        return Recusa { TipoMensagem::Aviso, kMsgNaoCalculada };
+        return Desfecho::aviso(kMsgNaoCalculada);
     const auto e = parseNumber(d.expectativa);
     if (!e)
         return erro(QStringLiteral("A expectativa de rendimento não é um número válido!"));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/refusal.h"
+#include "base/outcome.h"
 
 #include <QString>
 #include <QStringList>
@@ -46,7 +46,7 @@ void CopiaParaNec(Session& session, const TextosNec& nec);
 // without a number, writing nothing; otherwise Dados(1) = nomeCultura, Dados(4) = expectativa
 // where the crop has one, Nec(0..3) as 32-bit floats, and FechaPlano if the need was
 // recalculated since the plan was opened.
-std::optional<Recusa> ProssegueCultura(Session& session, WindowHost& janelas, const QString& nomeCultura,
+std::optional<Desfecho> ProssegueCultura(Session& session, WindowHost& janelas, const QString& nomeCultura,
     std::optional<float> expectativa, const TextosNec& nec);
 
 // ---- Adjustment by the user (frmAjusta) -----------------------------------------------------
@@ -106,7 +106,7 @@ struct DefinicoesGraos {
 
 struct CalculoGraos {
     // A refusal leaves the window as it was; any other outcome replaces the result boxes.
-    std::optional<Recusa> recusa;
+    std::optional<Desfecho> recusa;
     bool limpaExpectativa = false; // the RS rice increment was refused and txtExpect empties
     bool substituiResultado = false;
     TextosNec nec;
@@ -130,7 +130,7 @@ std::array<QString, 6> AplicaCorrecao(const std::array<QVariant, 12>& tabCorreca
 // Dados(1) of a grain crop: the list text, and for irrigated rice also the sowing system.
 QString nomeCulturaGraos(const DefinicoesGraos& definicoes);
 // cmdProssegue of the grain window; see ProssegueCultura.
-std::optional<Recusa> ProssegueGraos(
+std::optional<Desfecho> ProssegueGraos(
     Session& session, WindowHost& janelas, const DefinicoesGraos& definicoes, const TextosNec& nec);
 
 } // namespace lavra

@@ -1,10 +1,11 @@
 #include "liming.h"
 
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "app/session.h"
 #include "smp.h"
 #include "store/store.h"
 #include "store/storeerror.h"
+#include "app/windownames.h"
 
 namespace lavra {
 
@@ -338,10 +339,10 @@ void ExcluiCalagem(Session& session)
 
 QString janelaCultura(int grupo)
 {
-    static const QStringList janelas = {QStringLiteral("frmGraos"),    QStringLiteral("frmHort"),
-                                        QStringLiteral("frmForrage"),  QStringLiteral("frmFlorest"),
-                                        QStringLiteral("frmOrnam"),    QStringLiteral("frmCondMedic"),
-                                        QStringLiteral("frmCana")};
+    static const QStringList janelas = {janela::kGraos,    janela::kHort,
+                                        janela::kForrage,  janela::kFlorest,
+                                        janela::kOrnam,    janela::kCondMedic,
+                                        janela::kCana};
     return grupo >= 1 && grupo <= janelas.size() ? janelas[grupo - 1] : QString();
 }
 

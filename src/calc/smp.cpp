@@ -1,6 +1,6 @@
 #include "smp.h"
 
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "store/store.h"
 
 namespace lavra {

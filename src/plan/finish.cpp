@@ -1,8 +1,8 @@
 #include "finish.h"
 
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "app/session.h"
-#include "app/validation.h"
+#include "base/validation.h"
 #include "registers/analysis.h"
 #include "store/cursormodel.h"
 #include "store/storeerror.h"

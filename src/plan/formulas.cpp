@@ -1,10 +1,11 @@
 #include "formulas.h"
 
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "app/session.h"
-#include "app/validation.h"
+#include "base/validation.h"
 #include "store/cursormodel.h"
 #include "store/store.h"
+#include "app/windownames.h"
 
 #include <algorithm>
 #include <cmath>
@@ -342,12 +343,12 @@ QList<QStringList> LinhasFlorestFormula(const Session& session)
 QString JanelaDoGrupo(const QString& nomeGrupo)
 {
     static const QList<std::pair<QString, QString>> janelas = {
-        { QStringLiteral("Produtoras de grãos"), QStringLiteral("frmGraos") },
-        { QStringLiteral("Hortaliças"), QStringLiteral("frmHort") },
-        { QStringLiteral("Forrageiras"), QStringLiteral("frmForrage") },
-        { QStringLiteral("Plantas Ornamentais"), QStringLiteral("frmOrnam") },
-        { QStringLiteral("Medicinais/Aromáticas/Condimentares"), QStringLiteral("frmCondMedic") },
-        { QStringLiteral("Outras Culturas (Cana-de-acúcar)"), QStringLiteral("frmCana") },
+        { QStringLiteral("Produtoras de grãos"), janela::kGraos },
+        { QStringLiteral("Hortaliças"), janela::kHort },
+        { QStringLiteral("Forrageiras"), janela::kForrage },
+        { QStringLiteral("Plantas Ornamentais"), janela::kOrnam },
+        { QStringLiteral("Medicinais/Aromáticas/Condimentares"), janela::kCondMedic },
+        { QStringLiteral("Outras Culturas (Cana-de-acúcar)"), janela::kCana },
     };
     for (const auto& [grupo, janela] : janelas) {
         if (grupo == nomeGrupo)

@@ -1,8 +1,9 @@
 #include "split.h"
 
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "app/session.h"
 #include "formulas.h"
+#include "app/windownames.h"
 
 #include <algorithm>
 #include <cmath>
@@ -134,16 +135,16 @@ std::optional<QString> ProssegueParcelamento(Session& session, const EntradaParc
         }
         session.CustoN = toNumber(dados[b + 5]).value_or(0);
     }
-    session.JanelaAnterior = QStringLiteral("frmParcelaN");
+    session.JanelaAnterior = janela::kParcelaN;
     return std::nullopt;
 }
 
 QString JanelaDoPlano(const QString& tipoPlano)
 {
     if (tipoPlano == QStringLiteral("Fórmulas"))
-        return QStringLiteral("frmNPK");
+        return janela::kNPK;
     if (tipoPlano == QStringLiteral("Formulação"))
-        return QStringLiteral("frmFormulação");
+        return janela::kFormulacao;
     return {};
 }
 

@@ -1,8 +1,8 @@
 #include "analysis.h"
 
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "app/session.h"
-#include "app/validation.h"
+#include "base/validation.h"
 #include "interpretation.h"
 #include "store/cursormodel.h"
 #include "store/schema.h"
@@ -77,7 +77,7 @@ std::optional<ResultadoCadastro> verificaNumeros(const CamposAnalise& c)
         {"txtK", &c.k, Grandeza::Potassio}};
     for (const auto& [nome, texto, grandeza] : campos) {
         if (const auto recusa = RecusaNumero(*texto, grandeza))
-            return ResultadoCadastro{Desfecho::Aviso, *recusa, QString::fromUtf8(nome), {}};
+            return ResultadoCadastro{EstadoCadastro::Aviso, *recusa, QString::fromUtf8(nome), {}};
     }
     return std::nullopt;
 }
@@ -144,7 +144,7 @@ void escreveLinha(Cursor& rs, const CamposAnalise& c, const QString& codigo, con
         rs.setValue(ordinal++, static_cast<int>(classe));
 }
 
-ResultadoCadastro resultado(Desfecho desfecho, const QString& texto, const QString& codigo)
+ResultadoCadastro resultado(EstadoCadastro desfecho, const QString& texto, const QString& codigo)
 {
     return {desfecho, texto, {}, codigo};
 }
@@ -157,19 +157,19 @@ ResultadoCadastro exclui(Store& db, const EntradaCadastro& e)
     // A forest recommendation does not hold the analysis back from deletion.
     if (temRecomendacao(db, e.codAnalise, false)) {
         db.fecha();
-        return resultado(Desfecho::Critico, kMsgExclusaoComRecomendacao, e.codAnalise);
+        return resultado(EstadoCadastro::Critico, kMsgExclusaoComRecomendacao, e.codAnalise);
     }
     if (achou && e.resposta == Resposta::NaoPerguntado) {
         db.fecha();
-        return resultado(Desfecho::Pergunta, perguntaExclusao(e.codAnalise), e.codAnalise);
+        return resultado(EstadoCadastro::Pergunta, perguntaExclusao(e.codAnalise), e.codAnalise);
     }
     if (achou && e.resposta == Resposta::Sim) {
         db.rs.deleteCurrent();
         db.fecha();
-        return resultado(Desfecho::Concluida, {}, e.codAnalise);
+        return resultado(EstadoCadastro::Concluida, {}, e.codAnalise);
     }
     db.fecha();
-    return resultado(Desfecho::NaoExcluida, {}, e.codAnalise);
+    return resultado(EstadoCadastro::NaoExcluida, {}, e.codAnalise);
 }
 
 ResultadoCadastro grava(Store& db, const EntradaCadastro& e)
@@ -179,7 +179,7 @@ ResultadoCadastro grava(Store& db, const EntradaCadastro& e)
     QString codAnalise = e.codAnalise;
 
     if (edicao && temRecomendacao(db, e.codAnalise, true))
-        return resultado(Desfecho::Critico, kMsgEdicaoComRecomendacao, codAnalise);
+        return resultado(EstadoCadastro::Critico, kMsgEdicaoComRecomendacao, codAnalise);
 
     const QString codigo = ComporCodigo(c.fazenda, c.gleba, c.data);
     if (!edicao)
@@ -187,14 +187,14 @@ ResultadoCadastro grava(Store& db, const EntradaCadastro& e)
     // An edit that keeps farm, field and date keeps its own code.
     const bool testaDuplicacao = !edicao || codigo != e.codAnalise;
     if (testaDuplicacao && db.ExisteValor(QStringLiteral("Analises"), codigo, analise::kCodigo))
-        return resultado(Desfecho::Aviso, kMsgDuplicacao, codAnalise);
+        return resultado(EstadoCadastro::Aviso, kMsgDuplicacao, codAnalise);
 
     const QString digitos = digitosDaData(c.data);
     if (!ValidaData(digitos))
-        return {Desfecho::Aviso, kMsgDataInvalida, QStringLiteral("mskData"), codAnalise};
+        return {EstadoCadastro::Aviso, kMsgDataInvalida, QStringLiteral("mskData"), codAnalise};
     const auto data = dataDoCalendario(digitos);
     if (!data)
-        return {Desfecho::Aviso, avisoDataInexistente(c.data), QStringLiteral("mskData"), codAnalise};
+        return {EstadoCadastro::Aviso, avisoDataInexistente(c.data), QStringLiteral("mskData"), codAnalise};
 
     db.strSQL = kTodasAnalises;
     db.AbreTabela(db.strSQL);
@@ -208,7 +208,7 @@ ResultadoCadastro grava(Store& db, const EntradaCadastro& e)
     escreveLinha(db.rs, c, codigo, *data);
     db.rs.update();
     db.fecha();
-    return resultado(Desfecho::Concluida, {}, codAnalise);
+    return resultado(EstadoCadastro::Concluida, {}, codAnalise);
 }
 
 } // namespace
@@ -304,7 +304,7 @@ QString avisoDataInexistente(const QString& data)
 ResultadoCadastro CadastraAnalise(Store& db, const EntradaCadastro& entrada)
 {
     if (entrada.operacao.isEmpty())
-        return resultado(Desfecho::Aviso, kMsgNenhumaAcao, entrada.codAnalise);
+        return resultado(EstadoCadastro::Aviso, kMsgNenhumaAcao, entrada.codAnalise);
 
     EntradaCadastro e = entrada;
     e.campos = aparados(entrada.campos);
@@ -312,25 +312,25 @@ ResultadoCadastro CadastraAnalise(Store& db, const EntradaCadastro& entrada)
     if (!exclusao) {
         CamposAnalise& c = e.campos;
         if (const auto vazio = VerificaTextos(c))
-            return {Desfecho::Aviso, kMsgCamposVazios, *vazio, e.codAnalise};
+            return {EstadoCadastro::Aviso, kMsgCamposVazios, *vazio, e.codAnalise};
         if (!c.mehlich && !c.resina)
-            return resultado(Desfecho::Aviso, kMsgMetodoP, e.codAnalise);
+            return resultado(EstadoCadastro::Aviso, kMsgMetodoP, e.codAnalise);
         if (auto recusa = verificaNumeros(c)) {
             recusa->codAnalise = e.codAnalise;
             return *recusa;
         }
         if (!TemBasesOuAluminio(numero(c.al), numero(c.k), numero(c.ca), numero(c.mg)))
-            return {Desfecho::Aviso, kMsgSemBases, QStringLiteral("txtCa"), e.codAnalise};
+            return {EstadoCadastro::Aviso, kMsgSemBases, QStringLiteral("txtCa"), e.codAnalise};
         // An analysis of a client the register does not know would be found by no one.
         const std::optional<QString> registrado = ClienteRegistrado(db, c.cliente);
         if (!registrado)
-            return {Desfecho::Aviso, kMsgClienteNaoCadastrado, QStringLiteral("txtCliente"), e.codAnalise};
+            return {EstadoCadastro::Aviso, kMsgClienteNaoCadastrado, QStringLiteral("txtCliente"), e.codAnalise};
         c.cliente = *registrado;
         // Asked at every save, whichever way the box stands: the choice changes the class of P.
         if (e.resposta == Resposta::NaoPerguntado)
-            return resultado(Desfecho::Pergunta, perguntaArroz(c.arroz), e.codAnalise);
+            return resultado(EstadoCadastro::Pergunta, perguntaArroz(c.arroz), e.codAnalise);
         if (e.resposta == Resposta::Nao)
-            return resultado(Desfecho::Desistiu, {}, e.codAnalise);
+            return resultado(EstadoCadastro::Desistiu, {}, e.codAnalise);
     }
 
     try {
@@ -342,7 +342,7 @@ ResultadoCadastro CadastraAnalise(Store& db, const EntradaCadastro& entrada)
         db.descarta();
         throw;
     }
-    return resultado(Desfecho::Aviso, kMsgNenhumaAcao, e.codAnalise);
+    return resultado(EstadoCadastro::Aviso, kMsgNenhumaAcao, e.codAnalise);
 }
 
 std::optional<QString> ClienteRegistrado(Store& db, const QString& nome)

@@ -72,7 +72,7 @@ struct EntradaCadastro {
     Resposta resposta = Resposta::NaoPerguntado;
 };
 
-enum class Desfecho {
+enum class EstadoCadastro {
     Aviso,        // refused, exclamation box; the entries stay for correction
     Critico,      // refused to protect saved recommendations, critical box
     Pergunta,     // ask the text (Yes/No, exclamation) and call again with the answer
@@ -82,7 +82,7 @@ enum class Desfecho {
 };
 
 struct ResultadoCadastro {
-    Desfecho desfecho = Desfecho::Aviso;
+    EstadoCadastro desfecho = EstadoCadastro::Aviso;
     QString texto;
     QString campo;       // object name of the field to put the focus back on, if any
     QString codAnalise;  // CodAnalise after the run: a new registration composes it

@@ -29,21 +29,21 @@ bool nameInTable(Store& db, const QString& table, int ordinal, const QString& no
 
 } // namespace
 
-Verificacao verificaCliente(Store& db, const QString& operacao, const QString& nome, const QString& nomeAnterior)
+Parada verificaCliente(Store& db, const QString& operacao, const QString& nome, const QString& nomeAnterior)
 {
     try {
         if (operacao == kEdicao) {
             const bool renamed = !sameName(nome, nomeAnterior);
             if (renamed && nameInTable(db, QStringLiteral("Analises"), 1, nomeAnterior))
-                return Recusa{TipoMensagem::Erro, kMsgEdicaoNomeCliente};
+                return Desfecho::critico(kMsgEdicaoNomeCliente);
             if (renamed && nameInTable(db, QStringLiteral("Clientes"), 0, nome))
-                return Recusa{TipoMensagem::Erro, kMsgClienteRepetido};
+                return Desfecho::critico(kMsgClienteRepetido);
         } else if (operacao == kCadastro) {
             if (nameInTable(db, QStringLiteral("Clientes"), 0, nome))
-                return Recusa{TipoMensagem::Erro, kMsgClienteRepetido};
+                return Desfecho::critico(kMsgClienteRepetido);
         } else if (operacao == kExclusao) {
             if (nameInTable(db, QStringLiteral("Analises"), 1, nome))
-                return Recusa{TipoMensagem::Erro, kMsgExclusaoCliente};
+                return Desfecho::critico(kMsgExclusaoCliente);
         }
         return std::nullopt;
     } catch (...) {

@@ -14,6 +14,6 @@ inline const QString kMsgExclusaoCliente = QStringLiteral(
 
 // The checks of the client register. The name is the client's identity, carried by his analyses,
 // so it is compared without regard to case or to blanks around it. nomeAnterior is the name as it stood when editing began.
-Verificacao verificaCliente(Store& db, const QString& operacao, const QString& nome, const QString& nomeAnterior);
+Parada verificaCliente(Store& db, const QString& operacao, const QString& nome, const QString& nomeAnterior);
 
 } // namespace lavra

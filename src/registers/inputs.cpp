@@ -1,6 +1,6 @@
 #include "inputs.h"
 
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "store/storeerror.h"
 
 namespace lavra {
@@ -14,18 +14,18 @@ float single(const QString& text)
 
 } // namespace
 
-Verificacao verificaFertilizante(const Fertilizante& f, TipoAdubo tipo)
+Parada verificaFertilizante(const Fertilizante& f, TipoAdubo tipo)
 {
     const bool organic = tipo == TipoAdubo::OrganicoSolido || tipo == TipoAdubo::OrganicoLiquido;
     const bool indicesNumeric = isNumericText(f.ifn) && isNumericText(f.ifp) && isNumericText(f.ifk);
     if (tipo == TipoAdubo::OrganicoSolido && !(isNumericText(f.ms) && indicesNumeric))
-        return Recusa{TipoMensagem::Aviso, kMsgMsOuIndice};
+        return Desfecho::aviso(kMsgMsOuIndice);
     if (tipo == TipoAdubo::OrganicoLiquido && !indicesNumeric)
-        return Recusa{TipoMensagem::Aviso, kMsgIndiceNumero};
+        return Desfecho::aviso(kMsgIndiceNumero);
     if (tipo == TipoAdubo::OrganicoSolido && single(f.ms) > 100.0f)
-        return Recusa{TipoMensagem::Aviso, kMsgMsAte100};
+        return Desfecho::aviso(kMsgMsAte100);
     if (organic && (single(f.ifn) > 1.0f || single(f.ifp) > 1.0f || single(f.ifk) > 1.0f))
-        return Recusa{TipoMensagem::Aviso, kMsgIndiceAte1};
+        return Desfecho::aviso(kMsgIndiceAte1);
     return std::nullopt;
 }
 

@@ -28,7 +28,7 @@ struct Fertilizante {
 };
 
 // The checks of a new organic fertiliser; an edit runs none of them.
-Verificacao verificaFertilizante(const Fertilizante& f, TipoAdubo tipo);
+Parada verificaFertilizante(const Fertilizante& f, TipoAdubo tipo);
 
 // The twelve columns of NPK: the formula from the three grades as typed, P/K (0 when K is 0)
 // and the price in reais at the quotation.

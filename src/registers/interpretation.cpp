@@ -1,6 +1,6 @@
 #include "interpretation.h"
 
-#include "app/numbers.h"
+#include "base/numbers.h"
 
 #include <cmath>
 #include <initializer_list>

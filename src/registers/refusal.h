@@ -1,10 +1,8 @@
 #pragma once
 
-#include "app/refusal.h"
+#include "base/outcome.h"
 
 #include <QString>
-
-#include <optional>
 
 namespace lavra {
 
@@ -12,7 +10,5 @@ namespace lavra {
 inline const QString kCadastro = QStringLiteral("Cadastro");
 inline const QString kEdicao = QStringLiteral("Edição");
 inline const QString kExclusao = QStringLiteral("Exclusão");
-
-using Verificacao = std::optional<Recusa>;
 
 } // namespace lavra

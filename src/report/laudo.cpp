@@ -1,8 +1,8 @@
 #include "laudo.h"
 
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "app/session.h"
-#include "app/validation.h"
+#include "base/validation.h"
 #include "registers/analysis.h"
 #include "registers/company.h"
 #include "registers/interpretation.h"

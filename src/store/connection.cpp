@@ -1,6 +1,6 @@
 #include "connection.h"
 
-#include "../app/numbers.h"
+#include "base/numbers.h"
 #include "changenotifier.h"
 #include "databasefile.h"
 #include "storeerror.h"
@@ -312,7 +312,9 @@ void Transaction::commit()
 
 // ---- Cursor ----
 
-void Cursor::open(const QString& sql, const Connection& connection)
+void Cursor::open(const QString& sql, const Connection& connection) { open(sql, {}, connection); }
+
+void Cursor::open(const QString& sql, const QVariantList& values, const Connection& connection)
 {
     if (!connection.isOpen())
         throw StoreError(QStringLiteral("A conexão não está aberta."));
@@ -322,13 +324,21 @@ void Cursor::open(const QString& sql, const Connection& connection)
     const QString table = singleSourceTable(sql);
 
     static const QRegularExpression select(QStringLiteral(R"(^\s*SELECT\s+)"), QRegularExpression::CaseInsensitiveOption);
+    // Values are bound, never pasted into the text, so that no quote or '%' in them counts.
+    const auto run = [&values](QSqlQuery& query, const QString& statement) {
+        if (!query.prepare(statement))
+            return false;
+        for (const QVariant& value : values)
+            query.addBindValue(value);
+        return query.exec();
+    };
     QSqlQuery query(db);
     query.setForwardOnly(true);
     bool withRowid = false;
     if (!table.isEmpty() && select.match(sql).hasMatch()) {
         QString editable = sql;
         editable.replace(select, QStringLiteral("SELECT rowid AS %1, ").arg(kRowidAlias));
-        withRowid = query.exec(editable);
+        withRowid = run(query, editable);
         // Only a statement the engine refused as written is worth a second try: a file that is
         // held, damaged or missing would refuse it again, after a second wait.
         if (!withRowid && query.lastError().nativeErrorCode() != QLatin1String("1"))
@@ -338,7 +348,7 @@ void Cursor::open(const QString& sql, const Connection& connection)
         // A view, or a statement over more than one table: readable, not editable.
         query = QSqlQuery(db);
         query.setForwardOnly(true);
-        if (!query.exec(sql))
+        if (!run(query, sql))
             throw engineError(query.lastError(), StoreError::Access::Read);
     }
 

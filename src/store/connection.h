@@ -79,6 +79,8 @@ public:
     ~Cursor() = default;
 
     void open(const QString& sql, const Connection& connection);
+    // The same with values bound to the statement's '?' in order.
+    void open(const QString& sql, const QVariantList& values, const Connection& connection);
     void close();
     bool isOpen() const { return m_file != nullptr; }
 

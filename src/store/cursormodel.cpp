@@ -1,6 +1,6 @@
 #include "cursormodel.h"
 
-#include "../app/numbers.h"
+#include "base/numbers.h"
 #include "changenotifier.h"
 #include "storeerror.h"
 

@@ -1,6 +1,6 @@
 #include "database.h"
 
-#include "../app/numbers.h"
+#include "base/numbers.h"
 #include "csv.h"
 #include "databasefile.h"
 #include "errortext.h"

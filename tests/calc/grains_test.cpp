@@ -247,21 +247,21 @@ TEST_F(GrainsTest, InputsAreCheckedInTheWindowsOrder)
         QString ms;
         int sistema;
         QString mensagem;
-        TipoMensagem tipo;
+        TipoDesfecho tipo;
         bool limpa;
     };
     const QString incremento = QStringLiteral(" Na cultura Arroz irrigado (RS) são permitidos incrementos de "
                                               "rendimento de 2, 3 ou 4 t/ha. Ajuste o valor.");
     const QList<Recusada> casos = {
-        { -1, "", {}, {}, 0, kMsgInformeExpectativa, TipoMensagem::Aviso, false },
-        { graos::ArrozIrrigadoRS, "2.5", {}, {}, 1, incremento, TipoMensagem::Informacao, true },
-        { graos::ArrozIrrigadoRS, "5", {}, {}, 0, incremento, TipoMensagem::Informacao, true },
-        { -1, "3", {}, {}, 0, kMsgSelecioneCultura, TipoMensagem::Aviso, false },
-        { graos::ArrozIrrigadoRS, "3", {}, {}, 0, kMsgSelecioneSemeadura, TipoMensagem::Aviso, false },
-        { graos::ArrozIrrigadoSC, "12", {}, {}, 0, kMsgSelecioneSemeadura, TipoMensagem::Aviso, false },
-        { graos::Cevada, "3", {}, {}, 0, kMsgSelecioneCultivoAnterior, TipoMensagem::Aviso, false },
-        { graos::Milho, "3", {}, {}, 0, kMsgSelecioneCultivoAnterior, TipoMensagem::Aviso, false },
-        { graos::Milho, "3", G, {}, 0, kMsgInformeMassaSeca, TipoMensagem::Aviso, false },
+        { -1, "", {}, {}, 0, kMsgInformeExpectativa, TipoDesfecho::Aviso, false },
+        { graos::ArrozIrrigadoRS, "2.5", {}, {}, 1, incremento, TipoDesfecho::Informacao, true },
+        { graos::ArrozIrrigadoRS, "5", {}, {}, 0, incremento, TipoDesfecho::Informacao, true },
+        { -1, "3", {}, {}, 0, kMsgSelecioneCultura, TipoDesfecho::Aviso, false },
+        { graos::ArrozIrrigadoRS, "3", {}, {}, 0, kMsgSelecioneSemeadura, TipoDesfecho::Aviso, false },
+        { graos::ArrozIrrigadoSC, "12", {}, {}, 0, kMsgSelecioneSemeadura, TipoDesfecho::Aviso, false },
+        { graos::Cevada, "3", {}, {}, 0, kMsgSelecioneCultivoAnterior, TipoDesfecho::Aviso, false },
+        { graos::Milho, "3", {}, {}, 0, kMsgSelecioneCultivoAnterior, TipoDesfecho::Aviso, false },
+        { graos::Milho, "3", G, {}, 0, kMsgInformeMassaSeca, TipoDesfecho::Aviso, false },
     };
     for (const Recusada& c : casos) {
         SCOPED_TRACE(c.mensagem.toStdString());
@@ -288,7 +288,7 @@ TEST_F(GrainsTest, MissingRowLeavesItsBoxEmptyUntilASumNeedsIt)
     // The gradual rule subtracts from that box.
     r = calcula(graos::Soja, "3", {}, {}, 0, true);
     ASSERT_TRUE(r.recusa);
-    EXPECT_EQ(r.recusa->tipo, TipoMensagem::Erro);
+    EXPECT_EQ(r.recusa->tipo, TipoDesfecho::Critico);
     EXPECT_TRUE(r.recusa->texto.contains(QStringLiteral("GRAOPC1")));
     EXPECT_TRUE(r.substituiResultado);
     EXPECT_EQ(lista(r.nec), QStringList({ "", "", "", "" }));

@@ -1,5 +1,5 @@
 #include "app/session.h"
-#include "app/validation.h"
+#include "base/validation.h"
 #include "plan/finish.h"
 #include "store/database.h"
 #include "testsupport.h"

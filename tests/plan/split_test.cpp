@@ -9,14 +9,12 @@ using namespace lavra;
 
 namespace {
 
-Session sessaoCobertura(const QVariant& necNCob, std::int16_t plano)
+void preparaCobertura(Session& s, const QVariant& necNCob, std::int16_t plano)
 {
-    Session s;
     s.Nec[3] = necNCob;
     s.Analise = QVector<QVariant>(36);
     s.Analise[6] = 2.5f;
     s.PlanoNum = plano;
-    return s;
 }
 
 // The parcels as the window hands them over: shares, their doses of a 200 kg/ha source, times.
@@ -128,7 +126,8 @@ TEST(SplitTest, NitrogenBlockAtTheBaseOfThePlan)
 {
     test::MachineLocale comma(test::commaLocale());
     for (const auto& [plano, b] : { std::pair<std::int16_t, int> { 1, 18 }, { 2, 36 } }) {
-        Session s = sessaoCobertura(90.0f, plano);
+        Session s;
+        preparaCobertura(s, 90.0f, plano);
         ASSERT_FALSE(ProssegueParcelamento(s, entrada({ 15, 15, 10, 10, 10, 10, 15, 15 })));
         EXPECT_EQ(s.Dados[b], QVariant(QStringLiteral("Ureia")));
         const std::pair<int, float> simples[] = { { b + 1, 3547.5f }, { b + 2, 200.0f }, { b + 3, 709.5f },
@@ -153,7 +152,8 @@ TEST(SplitTest, NitrogenBlockAtTheBaseOfThePlan)
 TEST(SplitTest, FewerParcelsOnASecondPassKeepTheHigherPairs)
 {
     test::MachineLocale comma(test::commaLocale());
-    Session s = sessaoCobertura(90.0f, 1);
+    Session s;
+    preparaCobertura(s, 90.0f, 1);
     ASSERT_FALSE(ProssegueParcelamento(s, entrada({ 40, 30, 30 }, "primeira ")));
     ASSERT_FALSE(ProssegueParcelamento(s, entrada({ 50, 50 }, "segunda ")));
     EXPECT_EQ(s.Dados[24].toFloat(), 100.0f);
@@ -165,7 +165,8 @@ TEST(SplitTest, FewerParcelsOnASecondPassKeepTheHigherPairs)
 TEST(SplitTest, NoNeedInTopdressingWritesNothingAndChecksNothing)
 {
     for (const QVariant& nec : { QVariant(0.0f), QVariant(0), QVariant() }) {
-        Session s = sessaoCobertura(nec, 1);
+        Session s;
+        preparaCobertura(s, nec, 1);
         s.CustoN = 12.5;
         EntradaParcelamento vazia;
         EXPECT_FALSE(ProssegueParcelamento(s, vazia));
@@ -177,7 +178,8 @@ TEST(SplitTest, NoNeedInTopdressingWritesNothingAndChecksNothing)
 
 TEST(SplitTest, EmptySourceDoseIsRefusedAfterTheParcels)
 {
-    Session s = sessaoCobertura(90.0f, 1);
+    Session s;
+    preparaCobertura(s, 90.0f, 1);
     EntradaParcelamento semDose = entrada({ 50, 45 });
     semDose.txtFnt.clear();
     EXPECT_EQ(ProssegueParcelamento(s, semDose), kMsgSomaMenor);

@@ -1,5 +1,5 @@
 #include "app/session.h"
-#include "app/validation.h"
+#include "base/validation.h"
 #include "registers/analysis.h"
 #include "registers/interpretation.h"
 #include "store/storeerror.h"
@@ -108,7 +108,7 @@ protected:
         EntradaCadastro entrada{campos, operacao, codigo};
         for (;;) {
             const ResultadoCadastro r = CadastraAnalise(session.db, entrada);
-            if (r.desfecho != Desfecho::Pergunta)
+            if (r.desfecho != EstadoCadastro::Pergunta)
                 return r;
             questions << r.texto;
             entrada.resposta = answer;
@@ -118,7 +118,7 @@ protected:
     QString add(const CamposAnalise& campos)
     {
         const ResultadoCadastro r = run(kCadastro, campos);
-        EXPECT_EQ(r.desfecho, Desfecho::Concluida) << r.texto.toStdString();
+        EXPECT_EQ(r.desfecho, EstadoCadastro::Concluida) << r.texto.toStdString();
         return r.codAnalise;
     }
 
@@ -189,7 +189,7 @@ TEST_F(AnalysisRegisterTest, RiceChangesPhosphorusClassOnlyUnderMehlich)
     // No to the question writes nothing.
     CamposAnalise campos = sample();
     campos.data = QStringLiteral("01/06/2021");
-    EXPECT_EQ(run(kCadastro, campos, {}, Resposta::Nao).desfecho, Desfecho::Desistiu);
+    EXPECT_EQ(run(kCadastro, campos, {}, Resposta::Nao).desfecho, EstadoCadastro::Desistiu);
     EXPECT_EQ(rows(), 4);
 }
 
@@ -238,7 +238,7 @@ TEST_F(AnalysisRegisterTest, RefusalsWriteNothing)
         QString operacao = kCadastro;
         c.change(campos, operacao);
         const ResultadoCadastro r = run(operacao, campos);
-        EXPECT_EQ(r.desfecho, Desfecho::Aviso);
+        EXPECT_EQ(r.desfecho, EstadoCadastro::Aviso);
         EXPECT_EQ(r.texto, c.message);
         EXPECT_EQ(r.campo, c.field);
     }
@@ -287,7 +287,7 @@ TEST_F(AnalysisRegisterTest, EditKeepsOrChangesTheCode)
     // Same farm, field and date: no duplication test, the row changes in place.
     CamposAnalise edited = sample();
     edited.pH = QStringLiteral("6");
-    EXPECT_EQ(run(kEdicao, edited, first).desfecho, Desfecho::Concluida);
+    EXPECT_EQ(run(kEdicao, edited, first).desfecho, EstadoCadastro::Concluida);
     EXPECT_EQ(cell(first, 8).toFloat(), 6.0f);
     EXPECT_EQ(cell(first, 27).toInt(), 3);
 
@@ -298,7 +298,7 @@ TEST_F(AnalysisRegisterTest, EditKeepsOrChangesTheCode)
     // A free date: the code follows the fields.
     edited.data = QStringLiteral("17/03/2021");
     const ResultadoCadastro r = run(kEdicao, edited, first);
-    EXPECT_EQ(r.desfecho, Desfecho::Concluida);
+    EXPECT_EQ(r.desfecho, EstadoCadastro::Concluida);
     EXPECT_EQ(r.codAnalise, first);
     EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT COUNT(*) FROM Analises WHERE Código = 'Santa Rita/Talhão "
                                             "3/17/03/2021'")).toInt(), 1);
@@ -321,11 +321,11 @@ TEST_F(AnalysisRegisterTest, RecommendationsHoldEditAndDeletionBack)
         scratch.exec(QStringLiteral("INSERT INTO %1 (CodAnalise) VALUES ('%2')").arg(QString::fromLatin1(c.table), codigo));
 
         const ResultadoCadastro edit = run(kEdicao, sample(), codigo);
-        EXPECT_EQ(edit.desfecho, Desfecho::Critico);
+        EXPECT_EQ(edit.desfecho, EstadoCadastro::Critico);
         EXPECT_EQ(edit.texto, kMsgEdicaoComRecomendacao);
 
         const ResultadoCadastro del = run(kExclusao, CamposAnalise{}, codigo);
-        EXPECT_EQ(del.desfecho, c.deletable ? Desfecho::Concluida : Desfecho::Critico);
+        EXPECT_EQ(del.desfecho, c.deletable ? EstadoCadastro::Concluida : EstadoCadastro::Critico);
         if (!c.deletable) {
             EXPECT_EQ(del.texto, kMsgExclusaoComRecomendacao);
             scratch.exec(QStringLiteral("DELETE FROM Analises"));
@@ -339,16 +339,16 @@ TEST_F(AnalysisRegisterTest, DeletionAsksAndNoKeepsTheRow)
 {
     const QString codigo = add(sample());
     questions.clear();
-    EXPECT_EQ(run(kExclusao, {}, codigo, Resposta::Nao).desfecho, Desfecho::NaoExcluida);
+    EXPECT_EQ(run(kExclusao, {}, codigo, Resposta::Nao).desfecho, EstadoCadastro::NaoExcluida);
     EXPECT_TRUE(questions == QStringList{codigo + QStringLiteral(" será excluída, confirma?")});
     EXPECT_EQ(rows(), 1);
 
     // A code that no row has: nothing to ask.
     questions.clear();
-    EXPECT_EQ(run(kExclusao, {}, QStringLiteral("x/y/01/01/2000")).desfecho, Desfecho::NaoExcluida);
+    EXPECT_EQ(run(kExclusao, {}, QStringLiteral("x/y/01/01/2000")).desfecho, EstadoCadastro::NaoExcluida);
     EXPECT_TRUE(questions.isEmpty());
 
-    EXPECT_EQ(run(kExclusao, {}, codigo).desfecho, Desfecho::Concluida);
+    EXPECT_EQ(run(kExclusao, {}, codigo).desfecho, EstadoCadastro::Concluida);
     EXPECT_EQ(rows(), 0);
 }
 

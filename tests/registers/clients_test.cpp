@@ -20,10 +20,10 @@ protected:
 
     std::optional<QString> refusal(const char* operacao, const char* nome, const char* anterior = "")
     {
-        const Verificacao v = verificaCliente(db, QString::fromUtf8(operacao), QString::fromUtf8(nome),
+        const Parada v = verificaCliente(db, QString::fromUtf8(operacao), QString::fromUtf8(nome),
                                               QString::fromUtf8(anterior));
         if (v) {
-            EXPECT_EQ(v->tipo, TipoMensagem::Erro);
+            EXPECT_EQ(v->tipo, TipoDesfecho::Critico);
         }
         return v ? std::optional<QString>(v->texto) : std::nullopt;
     }

@@ -34,7 +34,7 @@ TEST(InputsTest, OrganicFertilisersNeedNumericIndicesWithinTheirLimits)
         {organic("---", "---", "---", "---"), TipoAdubo::Mineral, std::nullopt},
     };
     for (const Case& c : cases) {
-        const Verificacao v = verificaFertilizante(c.f, c.tipo);
+        const Parada v = verificaFertilizante(c.f, c.tipo);
         EXPECT_EQ(v ? std::optional<QString>(v->texto) : std::nullopt, c.refusal) << c.f.ms.toStdString();
     }
 }

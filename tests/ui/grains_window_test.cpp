@@ -1,6 +1,6 @@
 #include "app/navigation.h"
 #include "app/session.h"
-#include "app/validation.h"
+#include "base/validation.h"
 #include "app/ui/chainwindow.h"
 #include "app/ui/windowregistry.h"
 #include "calc/crops.h"

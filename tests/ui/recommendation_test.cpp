@@ -1,6 +1,6 @@
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "app/session.h"
-#include "app/validation.h"
+#include "base/validation.h"
 #include "store/cursormodel.h"
 #include "testsupport.h"
 #include "app/ui/frmlavra.h"
@@ -52,11 +52,11 @@ private:
         c.mehlich = true;
         EntradaCadastro entrada{c, kCadastro, {}};
         ResultadoCadastro r = CadastraAnalise(h.session().db, entrada);
-        while (r.desfecho == Desfecho::Pergunta) {
+        while (r.desfecho == EstadoCadastro::Pergunta) {
             entrada.resposta = Resposta::Sim;
             r = CadastraAnalise(h.session().db, entrada);
         }
-        QCOMPARE(r.desfecho, Desfecho::Concluida);
+        QCOMPARE(r.desfecho, EstadoCadastro::Concluida);
     }
 
     static QWidget* visible(UiHarness& h, const QString& name)

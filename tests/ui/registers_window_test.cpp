@@ -1,6 +1,6 @@
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "app/session.h"
-#include "app/validation.h"
+#include "base/validation.h"
 #include "testsupport.h"
 #include "uitestsupport.h"
 

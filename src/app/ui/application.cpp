@@ -12,6 +12,7 @@
 #include "translations.h"
 #include "store/database.h"
 #include "store/storeerror.h"
+#include "app/windownames.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -36,33 +37,33 @@ Aplicacao::~Aplicacao()
 // The one place where every window of the program is made known by its name.
 void Aplicacao::registraJanelas()
 {
-    m_windows.registerWindow(QStringLiteral("frmSobre"), criaFrmSobre);
-    m_windows.registerWindow(QStringLiteral("frmContatos"), criaFrmContatos);
+    m_windows.registerWindow(janela::kSobre, criaFrmSobre);
+    m_windows.registerWindow(janela::kContatos, criaFrmContatos);
 
     const auto with = [this](QWidget* (*factory)(Session&, WindowRegistry&)) {
         return [this, factory]() { return factory(m_session, m_windows); };
     };
-    m_windows.registerWindow(QStringLiteral("frmCadAnalise"), with(criaFrmCadAnalise), Modo::Modal);
-    m_windows.registerWindow(QStringLiteral("frmCliente"), with(criaFrmCliente), Modo::Modal);
-    m_windows.registerWindow(QStringLiteral("frmCadCli"), with(criaFrmCadCli), Modo::Modal);
-    m_windows.registerWindow(QStringLiteral("frmFertiliz"), with(criaFrmFertiliz), Modo::Modal);
-    m_windows.registerWindow(QStringLiteral("frmCadCalc"), with(criaFrmCadCalc), Modo::Modal);
-    m_windows.registerWindow(QStringLiteral("frmCotac"), with(criaFrmCotac));
-    m_windows.registerWindow(QStringLiteral("frmEmpresa"), with(criaFrmEmpresa));
-    m_windows.registerWindow(QStringLiteral("frmTecResp"), with(criaFrmTecResp));
-    m_windows.registerWindow(QStringLiteral("frmCliAn"), with(criaFrmCliAn));
-    m_windows.registerWindow(QStringLiteral("frmGrupCult"), with(criaFrmGrupCult));
-    m_windows.registerWindow(QStringLiteral("frmCalagem"), with(criaFrmCalagem));
-    m_windows.registerWindow(QStringLiteral("frmGraos"), with(criaFrmGraos));
-    m_windows.registerWindow(QStringLiteral("frmAjusta"), with(criaFrmAjusta), Modo::Modal);
-    m_windows.registerWindow(QStringLiteral("frmNPK"), with(criaFrmNPK));
-    m_windows.registerWindow(QStringLiteral("frmParcelaN"), with(criaFrmParcelaN));
-    m_windows.registerWindow(QStringLiteral("frmFinalCalculo"), with(criaFrmFinalCalculo));
+    m_windows.registerWindow(janela::kCadAnalise, with(criaFrmCadAnalise), Modo::Modal);
+    m_windows.registerWindow(janela::kCliente, with(criaFrmCliente), Modo::Modal);
+    m_windows.registerWindow(janela::kCadCli, with(criaFrmCadCli), Modo::Modal);
+    m_windows.registerWindow(janela::kFertiliz, with(criaFrmFertiliz), Modo::Modal);
+    m_windows.registerWindow(janela::kCadCalc, with(criaFrmCadCalc), Modo::Modal);
+    m_windows.registerWindow(janela::kCotac, with(criaFrmCotac));
+    m_windows.registerWindow(janela::kEmpresa, with(criaFrmEmpresa));
+    m_windows.registerWindow(janela::kTecResp, with(criaFrmTecResp));
+    m_windows.registerWindow(janela::kCliAn, with(criaFrmCliAn));
+    m_windows.registerWindow(janela::kGrupCult, with(criaFrmGrupCult));
+    m_windows.registerWindow(janela::kCalagem, with(criaFrmCalagem));
+    m_windows.registerWindow(janela::kGraos, with(criaFrmGraos));
+    m_windows.registerWindow(janela::kAjusta, with(criaFrmAjusta), Modo::Modal);
+    m_windows.registerWindow(janela::kNPK, with(criaFrmNPK));
+    m_windows.registerWindow(janela::kParcelaN, with(criaFrmParcelaN));
+    m_windows.registerWindow(janela::kFinalCalculo, with(criaFrmFinalCalculo));
     m_windows.registerWindow(QStringLiteral("rptLdForml"), with(criaRptLdForml));
     m_windows.registerWindow(QStringLiteral("rptLdFormlacao"), with(criaRptLdFormlacao));
     m_windows.registerWindow(QStringLiteral("rptLdFlorest"), with(criaRptLdFlorest));
-    m_windows.registerWindow(QStringLiteral("frmObsLaudo"), with(criaFrmObsLaudo));
-    m_windows.registerWindow(QStringLiteral("frmAbreLaudo"), with(criaFrmAbreLaudo));
+    m_windows.registerWindow(janela::kObsLaudo, with(criaFrmObsLaudo));
+    m_windows.registerWindow(janela::kAbreLaudo, with(criaFrmAbreLaudo));
 }
 
 FrmLavra* Aplicacao::mostraJanelaPrincipal()

@@ -3,8 +3,9 @@
 #include "widgets.h"
 
 #include "app/session.h"
-#include "frmlavra.h"
+#include "desktop.h"
 #include "windowregistry.h"
+#include "app/windownames.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -31,10 +32,10 @@ QMenuBar* criaMenusCalculo(QWidget* janela, Session& session, WindowRegistry& wi
     auto* menus = new QMenuBar(janela);
     QAction* fert = menus->addAction(QStringLiteral("Fertigráfico"));
     fert->setObjectName(QStringLiteral("mnuFert"));
-    fert->setEnabled(windows.isRegistered(QStringLiteral("frmChart")));
+    fert->setEnabled(windows.isRegistered(janela::kChart));
     QObject::connect(fert, &QAction::triggered, janela, [&session, &windows]() {
         session.GrafAvulso = 0;
-        windows.show(QStringLiteral("frmChart"));
+        windows.show(janela::kChart);
     });
     QAction* calc = menus->addAction(QStringLiteral("Calculadora"));
     calc->setObjectName(QStringLiteral("mnuCalc"));

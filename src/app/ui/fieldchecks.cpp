@@ -1,6 +1,6 @@
 #include "fieldchecks.h"
 
-#include "app/validation.h"
+#include "base/validation.h"
 #include "messages.h"
 
 #include <QLineEdit>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/validation.h"
+#include "base/validation.h"
 
 #include <QString>
 #include <QVariant>

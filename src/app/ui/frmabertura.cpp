@@ -1,4 +1,5 @@
 #include "frmabertura.h"
+#include "app/windownames.h"
 
 #include <QLabel>
 #include <QSvgWidget>
@@ -8,7 +9,7 @@ namespace lavra::ui {
 
 FrmAbertura::FrmAbertura(QWidget* parent) : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint)
 {
-    setObjectName(QStringLiteral("frmAbertura"));
+    setObjectName(janela::kAbertura);
     setAttribute(Qt::WA_DeleteOnClose);
     setStyleSheet(QStringLiteral("#frmAbertura { background: #fbfaf3; border: 2px solid #3f7a2a; }"));
 

@@ -2,6 +2,8 @@
 
 #include "app/navigation.h"
 #include "app/startup.h"
+#include "app/windownames.h"
+#include "desktop.h"
 #include "links.h"
 #include "messages.h"
 #include "store/storeerror.h"
@@ -10,19 +12,13 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QDesktopServices>
-#include <QDir>
-#include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
 #include <QMenuBar>
-#include <QProcess>
 #include <QPushButton>
-#include <QStandardPaths>
 #include <QSvgRenderer>
 #include <QSvgWidget>
-#include <QUrl>
 #include <QVBoxLayout>
 
 namespace lavra::ui {
@@ -32,19 +28,19 @@ namespace {
 struct Comando {
     const char* nome;
     const char* legenda;
-    const char* janela;
+    const QString& janela;
 };
 
 // The commands of the main window and the window each opens.
 const Comando kComandos[] = {
-    {"Análise", "Análises", "frmCadAnalise"},
-    {"cmdCliente", "Clientes", "frmCadCli"},
-    {"cmdFert", "Fertilizantes", "frmFertiliz"},
-    {"cadCalcario", "Corretivos", "frmCadCalc"},
-    {"Command3", "Cotação do dolar", "frmCotac"},
-    {"cmdLaudo", "Laudo", "frmAbreLaudo"},
-    {"Command4", "Consultas", "frmRelat"},
-    {"Command5", "Análise gráfica", "frmGraficos"},
+    {"Análise", "Análises", janela::kCadAnalise},
+    {"cmdCliente", "Clientes", janela::kCadCli},
+    {"cmdFert", "Fertilizantes", janela::kFertiliz},
+    {"cadCalcario", "Corretivos", janela::kCadCalc},
+    {"Command3", "Cotação do dolar", janela::kCotac},
+    {"cmdLaudo", "Laudo", janela::kAbreLaudo},
+    {"Command4", "Consultas", janela::kRelat},
+    {"Command5", "Análise gráfica", janela::kGraficos},
 };
 
 QString tr8(const char* text) { return QString::fromUtf8(text); }
@@ -68,44 +64,10 @@ void textoNormal(QWidget* widget)
 
 } // namespace
 
-void abreExterno(const QString& endereco)
-{
-    const QUrl url = endereco.contains(QLatin1String("://")) ? QUrl(endereco) : QUrl::fromLocalFile(endereco);
-    QDesktopServices::openUrl(url);
-}
-
-void abreDocumento(QWidget* parent, const QString& arquivo)
-{
-    const QString caminho = QDir(QCoreApplication::applicationDirPath()).filePath(arquivo);
-    if (!QFileInfo::exists(caminho)) {
-        informacao(parent, QStringLiteral("O documento \"%1\" não está instalado junto com o programa.\n\n"
-                                          "Ele deveria estar na pasta %2.")
-                               .arg(arquivo, QDir::toNativeSeparators(QCoreApplication::applicationDirPath())));
-        return;
-    }
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(caminho)))
-        informacao(parent, QStringLiteral("Não foi possível abrir o documento \"%1\": não há um programa para "
-                                          "exibir arquivos PDF neste computador.")
-                               .arg(arquivo));
-}
-
-void abreCalculadora()
-{
-    const QString appDir = QCoreApplication::applicationDirPath();
-    for (const char* name : {"Calc", "gnome-calculator", "kcalc", "mate-calc", "galculator", "qalculate-gtk",
-                             "qalculate-qt", "speedcrunch", "xcalc"}) {
-        QString program = QStandardPaths::findExecutable(QString::fromLatin1(name), {appDir});
-        if (program.isEmpty())
-            program = QStandardPaths::findExecutable(QString::fromLatin1(name));
-        if (!program.isEmpty() && QProcess::startDetached(program, {}))
-            return;
-    }
-}
-
 FrmLavra::FrmLavra(Session& session, WindowRegistry& windows, QWidget* parent)
     : QMainWindow(parent), m_session(session), m_windows(windows)
 {
-    setObjectName(QStringLiteral("frmLavra"));
+    setObjectName(janela::kLavra);
     setWindowTitle(QStringLiteral("LAVRA - Calagem e Adubação"));
     setWindowIcon(QIcon(QStringLiteral(":/art/lavra-icon.svg")));
 
@@ -176,8 +138,8 @@ QWidget* FrmLavra::criaComandos()
     calc->setMinimumHeight(44);
     calc->setStyleSheet(QStringLiteral("QPushButton { font-weight: bold; font-size: 11pt; }"));
     // The chain is offered once its steps are all there.
-    calc->setEnabled(m_windows.isRegistered(QStringLiteral("frmCliAn"))
-                     && m_windows.isRegistered(QStringLiteral("frmGrupCult")));
+    calc->setEnabled(m_windows.isRegistered(janela::kCliAn)
+                     && m_windows.isRegistered(janela::kGrupCult));
     connect(calc, &QPushButton::clicked, this, &FrmLavra::calcular);
     grid->addWidget(calc, 0, 0, 1, 2);
 
@@ -187,7 +149,7 @@ QWidget* FrmLavra::criaComandos()
         button->setObjectName(tr8(comando.nome));
         textoNormal(button);
         button->setMinimumHeight(32);
-        const QString janela = tr8(comando.janela);
+        const QString janela = comando.janela;
         button->setEnabled(m_windows.isRegistered(janela));
         connect(button, &QPushButton::clicked, this, [this, janela]() { abre(janela); });
         grid->addWidget(button, 1 + index / 2, index % 2);
@@ -226,8 +188,8 @@ QWidget* FrmLavra::criaResponsavel()
     auto* trocar = new QPushButton(QStringLiteral("Alterar"), box);
     trocar->setObjectName(QStringLiteral("cmdTroca"));
     textoNormal(trocar);
-    trocar->setEnabled(m_windows.isRegistered(QStringLiteral("frmTecResp")));
-    connect(trocar, &QPushButton::clicked, this, [this]() { abre(QStringLiteral("frmTecResp")); });
+    trocar->setEnabled(m_windows.isRegistered(janela::kTecResp));
+    connect(trocar, &QPushButton::clicked, this, [this]() { abre(janela::kTecResp); });
     auto* row = new QHBoxLayout;
     row->addStretch();
     row->addWidget(trocar);
@@ -268,18 +230,18 @@ void FrmLavra::criaMenus()
         return action;
     };
     auto opens = [this](const QString& janela) { return [this, janela]() { abre(janela); }; };
-    auto registered = [this](const char* janela) { return m_windows.isRegistered(tr8(janela)); };
+    auto registered = [this](const QString& janela) { return m_windows.isRegistered(janela); };
 
     QMenu* arquivo = menuBar()->addMenu(QStringLiteral("&Arquivo"));
     arquivo->setObjectName(QStringLiteral("mnuArq"));
     addAction(arquivo, QStringLiteral("mnuCadEmp"), QStringLiteral("Cadastro da empresa"),
-              opens(QStringLiteral("frmEmpresa")), registered("frmEmpresa"));
+              opens(janela::kEmpresa), registered(janela::kEmpresa));
     addAction(arquivo, QStringLiteral("mnuRespTec"), QStringLiteral("Responsáveis técnicos"),
-              opens(QStringLiteral("frmTecResp")), registered("frmTecResp"));
+              opens(janela::kTecResp), registered(janela::kTecResp));
     addAction(arquivo, QStringLiteral("Importa"), QStringLiteral("Importar análises de solo"),
-              opens(QStringLiteral("frmImportaAnalise")), registered("frmImportaAnalise"));
+              opens(janela::kImportaAnalise), registered(janela::kImportaAnalise));
     addAction(arquivo, QStringLiteral("mnuImport"), QStringLiteral("Importar dados do Lavra QRT"),
-              opens(QStringLiteral("frmAtualiza")), registered("frmAtualiza"));
+              opens(janela::kAtualiza), registered(janela::kAtualiza));
     arquivo->addSeparator();
     // Every register writes as the user confirms, so there is nothing to save on the way out.
     addAction(arquivo, QStringLiteral("mnusai"), QStringLiteral("Sair"), []() { QCoreApplication::exit(0); });
@@ -288,9 +250,9 @@ void FrmLavra::criaMenus()
     ferramentas->setObjectName(QStringLiteral("mnuFerram"));
     addAction(ferramentas, QStringLiteral("mnuCalc"), QStringLiteral("Calculadora"), []() { abreCalculadora(); });
     addAction(ferramentas, QStringLiteral("convert"), QStringLiteral("Conversor de unidades"),
-              opens(QStringLiteral("frmConvert")), registered("frmConvert"));
+              opens(janela::kConvert), registered(janela::kConvert));
     addAction(ferramentas, QStringLiteral("mnuCopyBb"), QStringLiteral("Fazer cópia do banco de dados"),
-              opens(QStringLiteral("frmCopiaBd")), registered("frmCopiaBd"));
+              opens(janela::kCopiaBd), registered(janela::kCopiaBd));
 
     QMenu* ajuda = menuBar()->addMenu(QStringLiteral("A&juda"));
     ajuda->setObjectName(QStringLiteral("mnuAjd"));
@@ -300,8 +262,8 @@ void FrmLavra::criaMenus()
     addAction(ajuda, QStringLiteral("artigoQRT"), QStringLiteral("Artigo do Lavra QRT"), []() { abreExterno(kArtigoQRT); });
     addAction(ajuda, QStringLiteral("artigo2_0"), QStringLiteral("Artigo do Lavra 2.0"), []() { abreExterno(kArtigo20); });
     ajuda->addSeparator();
-    addAction(ajuda, QStringLiteral("mnuSob"), QStringLiteral("Sobre o Lavra"), opens(QStringLiteral("frmSobre")));
-    addAction(ajuda, QStringLiteral("mnuContato"), QStringLiteral("Contatos"), opens(QStringLiteral("frmContatos")));
+    addAction(ajuda, QStringLiteral("mnuSob"), QStringLiteral("Sobre o Lavra"), opens(janela::kSobre));
+    addAction(ajuda, QStringLiteral("mnuContato"), QStringLiteral("Contatos"), opens(janela::kContatos));
 }
 
 void FrmLavra::abre(const QString& janela)
@@ -312,7 +274,7 @@ void FrmLavra::abre(const QString& janela)
 void FrmLavra::calcular()
 {
     IniciaCalculo(m_session, m_windows);
-    m_windows.show(QStringLiteral("frmCliAn"));
+    m_windows.show(janela::kCliAn);
 }
 
 void FrmLavra::iniciar()

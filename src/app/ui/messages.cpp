@@ -1,10 +1,11 @@
 #include "messages.h"
 
-#include "app/refusal.h"
+#include "base/outcome.h"
 #include "store/storeerror.h"
 
 #include <QAbstractButton>
 #include <QDir>
+#include <QLineEdit>
 
 namespace lavra::ui {
 
@@ -62,13 +63,25 @@ bool pergunta(QWidget* parent, const QString& texto)
     return mostra(parent, {Icone::Pergunta, texto, QMessageBox::Yes | QMessageBox::No}) == QMessageBox::Yes;
 }
 
-void mostraRecusa(QWidget* parent, const Recusa& recusa)
+bool mostra(QWidget* parent, const Desfecho& desfecho)
 {
-    switch (recusa.tipo) {
-    case TipoMensagem::Aviso: aviso(parent, recusa.texto); break;
-    case TipoMensagem::Informacao: informacao(parent, recusa.texto); break;
-    case TipoMensagem::Erro: critico(parent, recusa.texto); break;
+    bool sim = false;
+    switch (desfecho.tipo) {
+    case TipoDesfecho::Aviso: aviso(parent, desfecho.texto); break;
+    case TipoDesfecho::Informacao: informacao(parent, desfecho.texto); break;
+    case TipoDesfecho::Critico: critico(parent, desfecho.texto); break;
+    case TipoDesfecho::Pergunta: sim = confirma(parent, desfecho.texto); break;
+    case TipoDesfecho::Simples: simples(parent, desfecho.texto); break;
     }
+    // The field named is one of the window's own, to be corrected.
+    if (parent && !desfecho.campo.isEmpty()) {
+        if (auto* campo = parent->findChild<QWidget*>(desfecho.campo)) {
+            if (auto* texto = qobject_cast<QLineEdit*>(campo))
+                texto->selectAll();
+            campo->setFocus();
+        }
+    }
+    return sim;
 }
 
 namespace {

@@ -9,7 +9,7 @@ class QWidget;
 
 namespace lavra {
 class StoreError;
-struct Recusa;
+struct Desfecho;
 }
 
 namespace lavra::ui {
@@ -43,8 +43,10 @@ void simples(QWidget* parent, const QString& texto);
 bool confirma(QWidget* parent, const QString& texto);
 // Before cancelling: question, Yes and No. True for Yes.
 bool pergunta(QWidget* parent, const QString& texto);
-// A step's refusal, in the box its kind calls for.
-void mostraRecusa(QWidget* parent, const Recusa& recusa);
+// What a step tells, in the box its kind calls for; the focus then goes to the field it names,
+// found among the parent's own controls. A question asks with Yes and No (exclamation, No by
+// default): true for Yes. Every other kind gives false.
+bool mostra(QWidget* parent, const Desfecho& desfecho);
 // A failure of the database: critical, in plain words, saying when a write was stopped, with the
 // engine's own words as a detail.
 void erroBanco(QWidget* parent, const StoreError& error);

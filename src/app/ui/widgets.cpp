@@ -1,8 +1,13 @@
 #include "widgets.h"
 
+#include "store/cursormodel.h"
+#include "store/storeerror.h"
+
 #include <QAbstractItemView>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 
@@ -71,6 +76,51 @@ QString textoEscolhido(const QListWidget* lista)
 {
     const QList<QListWidgetItem*> itens = lista->selectedItems();
     return itens.isEmpty() ? QString() : itens.first()->text();
+}
+
+QLabel* rotulo(const QString& texto, QWidget* campo, QWidget* pai, const QString& nome)
+{
+    auto* label = new QLabel(texto, pai);
+    if (!nome.isEmpty())
+        label->setObjectName(nome);
+    label->setBuddy(campo);
+    return label;
+}
+
+QLineEdit* caixaSomenteLeitura(QWidget* pai, const QString& nome, const QString& amostra)
+{
+    auto* caixa = new QLineEdit(pai);
+    caixa->setObjectName(nome);
+    caixa->setReadOnly(true);
+    caixa->setFocusPolicy(Qt::ClickFocus);
+    if (!amostra.isEmpty()) {
+        caixa->setAlignment(Qt::AlignRight);
+        caixa->setFixedWidth(caixa->fontMetrics().horizontalAdvance(amostra) + 16);
+    }
+    return caixa;
+}
+
+void sincronizaGrade(QAbstractItemView* grade, CursorModel* modelo, int coluna,
+                     std::function<void(const StoreError&)> falha)
+{
+    QObject::connect(grade->selectionModel(), &QItemSelectionModel::currentRowChanged, modelo,
+                     [grade, modelo, coluna, falha](const QModelIndex& atual) {
+                         if (!atual.isValid() || atual.row() == modelo->currentRow())
+                             return;
+                         try {
+                             modelo->setCurrentRow(atual.row());
+                         } catch (const StoreError& error) {
+                             // A refused row is dropped, never to be written by a later click.
+                             modelo->discardEdits();
+                             grade->setCurrentIndex(modelo->index(modelo->currentRow(), coluna));
+                             if (falha)
+                                 falha(error);
+                         }
+                     });
+    QObject::connect(modelo, &CursorModel::currentRowChanged, grade, [grade, modelo, coluna](int linha) {
+        if (linha >= 0 && grade->currentIndex().row() != linha)
+            grade->setCurrentIndex(modelo->index(linha, coluna));
+    });
 }
 
 } // namespace lavra::ui

@@ -2,9 +2,18 @@
 
 #include <QString>
 
+#include <functional>
+
 class QAbstractItemView;
+class QLabel;
+class QLineEdit;
 class QListWidget;
 class QWidget;
+
+namespace lavra {
+class CursorModel;
+class StoreError;
+}
 
 namespace lavra::ui {
 
@@ -22,5 +31,18 @@ QString textoEscolhido(const QListWidget* lista);
 // Enter presses the window's default button, as in a dialog: the steps are plain windows, where
 // Qt would otherwise let Enter do nothing.
 void enterAcionaPadrao(QWidget* janela);
+
+// A caption whose mnemonic takes the focus to its field.
+QLabel* rotulo(const QString& texto, QWidget* campo, QWidget* pai, const QString& nome = {});
+
+// A box of figures the step works out and the user only reads: right-aligned, reached by a
+// click but not by Tab, and as wide as the sample text when one is given.
+QLineEdit* caixaSomenteLeitura(QWidget* pai, const QString& nome, const QString& amostra = {});
+
+// Keeps a grid's current row and its model's current record together both ways. Moving off an
+// edited record writes it; when that write fails the edit is dropped, the grid goes back to the
+// record that stays current, and the failure is handed on.
+void sincronizaGrade(QAbstractItemView* grade, CursorModel* modelo, int coluna = 0,
+                     std::function<void(const StoreError&)> falha = {});
 
 } // namespace lavra::ui

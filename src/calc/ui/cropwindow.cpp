@@ -4,11 +4,12 @@
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/fieldchecks.h"
-#include "app/ui/frmlavra.h"
+#include "app/ui/desktop.h"
 #include "app/ui/messages.h"
 #include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
 #include "store/storeerror.h"
+#include "app/windownames.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
@@ -108,7 +109,7 @@ void CropWindow::criaComandos(QBoxLayout* layout)
     connect(botoes.prossegue, &QPushButton::clicked, this, &CropWindow::prossegueClicado);
     connect(botoes.retorna, &QPushButton::clicked, this, [this]() {
         hide();
-        m_windows.show(QStringLiteral("frmCalagem"));
+        m_windows.show(janela::kCalagem);
     });
     connect(botoes.cancela, &QPushButton::clicked, this, [this]() { FechaJanelas(m_session, m_windows, true); });
 }
@@ -126,11 +127,6 @@ void CropWindow::somenteLeitura(QLineEdit* caixa)
 {
     caixa->setReadOnly(true);
     caixa->setFocusPolicy(Qt::ClickFocus);
-}
-
-void CropWindow::mostra(const Recusa& recusa)
-{
-    mostraRecusa(this, recusa);
 }
 
 void CropWindow::culturaEscolhida(int) { }
@@ -152,7 +148,7 @@ void CropWindow::ajusta()
         return;
     }
     CopiaParaNec(m_session, textosNec());
-    m_windows.show(QStringLiteral("frmAjusta"));
+    m_windows.show(janela::kAjusta);
 }
 
 void CropWindow::prossegueClicado()
@@ -167,7 +163,7 @@ void CropWindow::prossegueClicado()
         informacao(this, kMsgPlanoIndisponivel);
         return;
     }
-    std::optional<Recusa> recusa;
+    std::optional<Desfecho> recusa;
     try {
         recusa = prossegue();
     } catch (const StoreError& error) {
@@ -175,7 +171,7 @@ void CropWindow::prossegueClicado()
         return;
     }
     if (recusa) {
-        mostra(*recusa);
+        ui::mostra(this, *recusa);
         return;
     }
     hide();

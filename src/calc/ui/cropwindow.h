@@ -48,7 +48,6 @@ protected:
     // A result box of any frame: read-only, and out of the tab chain.
     static void somenteLeitura(QLineEdit* caixa);
     // A message of the logic, with its icon.
-    void mostra(const Recusa& recusa);
     // The position of the crop the user chose in lstCulturas; -1 while none is.
     int posicaoCultura() const;
     // The boxes as the four figures of most groups.
@@ -62,7 +61,7 @@ protected:
     virtual void calcula() = 0;
     // The crop's part of cmdProssegue once the need is known to be there; nothing when the
     // window may go on.
-    virtual std::optional<Recusa> prossegue() = 0;
+    virtual std::optional<Desfecho> prossegue() = 0;
     // The window that follows; the forest window has its own.
     virtual QString proximaJanela() const;
     // cmdAjusta; the forest window has its own adjustment.

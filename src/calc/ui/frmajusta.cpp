@@ -1,6 +1,6 @@
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "app/session.h"
-#include "app/validation.h"
+#include "base/validation.h"
 #include "app/ui/buttons.h"
 #include "app/ui/messages.h"
 #include "app/ui/windowregistry.h"

@@ -1,15 +1,16 @@
 #include "app/navigation.h"
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/chainwindow.h"
-#include "app/ui/frmlavra.h"
+#include "app/ui/desktop.h"
 #include "app/ui/messages.h"
 #include "app/ui/windowregistry.h"
 #include "calc/liming.h"
 #include "store/cursormodel.h"
 #include "store/storeerror.h"
 #include "windows.h"
+#include "app/windownames.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -332,7 +333,7 @@ private:
     void retorna()
     {
         hide();
-        m_windows.show(QStringLiteral("frmGrupCult"));
+        m_windows.show(janela::kGrupCult);
     }
 
     // The copies of the analysis taken as the window loads; a new analysis closes the window.

@@ -11,6 +11,7 @@
 #include "registers/ui/frmcadanalise.h"
 #include "registers/ui/frmcliente.h"
 #include "store/storeerror.h"
+#include "app/windownames.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -35,7 +36,7 @@ const QString kModoCalcular = QStringLiteral("Calcular");
 FrmCliAn::FrmCliAn(Session& session, WindowRegistry& windows, QWidget* parent)
     : QWidget(parent, Qt::Window), m_session(session), m_windows(windows)
 {
-    setObjectName(QStringLiteral("frmCliAn"));
+    setObjectName(janela::kCliAn);
     setWindowTitle(QStringLiteral("Clientes e Análises"));
     auto* layout = new QVBoxLayout(this);
 
@@ -110,7 +111,7 @@ void FrmCliAn::closeEvent(QCloseEvent* event)
     // Closed by its box while choosing for the register, it gives the register its buttons back
     // as Cancelar would.
     if (!m_entregue && m_session.ModoEscolha == kModoAnalise) {
-        if (auto* cadastro = qobject_cast<FrmCadAnalise*>(m_windows.window(QStringLiteral("frmCadAnalise"))))
+        if (auto* cadastro = qobject_cast<FrmCadAnalise*>(m_windows.window(janela::kCadAnalise)))
             cadastro->escolhaCancelada();
     }
     m_entregue = true;
@@ -144,11 +145,11 @@ void FrmCliAn::continua()
             return;
         if (marcaEscolha() != m_marca)
             FechaAposEscolha(m_session, m_windows);
-        m_windows.show(QStringLiteral("frmGrupCult"));
+        m_windows.show(janela::kGrupCult);
     } else if (modo == kModoAnalise) {
         hide();
         m_entregue = true;
-        if (auto* cadastro = qobject_cast<FrmCadAnalise*>(m_windows.window(QStringLiteral("frmCadAnalise"))))
+        if (auto* cadastro = qobject_cast<FrmCadAnalise*>(m_windows.window(janela::kCadAnalise)))
             cadastro->Carrega();
         close();
     } else {
@@ -159,9 +160,9 @@ void FrmCliAn::continua()
 void FrmCliAn::mostraGrafico(const QString& modo)
 {
     // Each chart mode opens its chart window by name; the charts register them as they come.
-    static const QHash<QString, QString> janelas = {{QStringLiteral("EvolFert"), QStringLiteral("frmEvolFert")},
-                                                    {QStringLiteral("Fertigráfico"), QStringLiteral("frmChart")},
-                                                    {QStringLiteral("OcupaCTC"), QStringLiteral("frmOcupaCTC")}};
+    static const QHash<QString, QString> janelas = {{QStringLiteral("EvolFert"), janela::kEvolFert},
+                                                    {QStringLiteral("Fertigráfico"), janela::kChart},
+                                                    {QStringLiteral("OcupaCTC"), janela::kOcupaCTC}};
     const QString janela = janelas.value(modo);
     if (janela.isEmpty() || !m_windows.isRegistered(janela)) {
         informacao(this, QStringLiteral("Este gráfico ainda não está disponível nesta versão do programa."));

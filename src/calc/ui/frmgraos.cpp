@@ -1,6 +1,6 @@
 #include "app/session.h"
 #include "app/ui/fieldchecks.h"
-#include "app/ui/frmlavra.h"
+#include "app/ui/desktop.h"
 #include "app/ui/messages.h"
 #include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
@@ -110,7 +110,7 @@ protected:
                 m_txtNec[i]->setText(r.nec[static_cast<std::size_t>(i)]);
         }
         if (r.recusa) {
-            mostra(*r.recusa);
+            ui::mostra(this, *r.recusa);
             if (r.limpaExpectativa)
                 m_txtExpect->clear();
             return;
@@ -124,7 +124,7 @@ protected:
         }
     }
 
-    std::optional<Recusa> prossegue() override
+    std::optional<Desfecho> prossegue() override
     {
         return ProssegueGraos(m_session, m_windows, definicoes(), textosNec());
     }

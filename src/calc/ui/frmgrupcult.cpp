@@ -7,6 +7,7 @@
 #include "app/ui/windowregistry.h"
 #include "calc/crops.h"
 #include "windows.h"
+#include "app/windownames.h"
 
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -134,13 +135,13 @@ private:
         hide();
         m_session.Grupo = static_cast<std::int16_t>(position + 1);
         m_session.NomeGrupo = m_grupo->item(position)->text();
-        m_windows.show(QStringLiteral("frmCalagem"));
+        m_windows.show(janela::kCalagem);
     }
 
     void volta()
     {
         hide();
-        m_windows.show(QStringLiteral("frmCliAn"));
+        m_windows.show(janela::kCliAn);
     }
 
     QListWidget* m_grupo = nullptr;

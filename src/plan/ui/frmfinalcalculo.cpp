@@ -2,12 +2,13 @@
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/chainwindow.h"
-#include "app/ui/frmlavra.h"
+#include "app/ui/desktop.h"
 #include "app/ui/messages.h"
 #include "app/ui/windowregistry.h"
 #include "plan/finish.h"
 #include "store/storeerror.h"
 #include "windows.h"
+#include "app/windownames.h"
 
 #include <QFormLayout>
 #include <QLabel>
@@ -34,14 +35,14 @@ public:
         auto* menus = new QMenuBar(this);
         QAction* custo = menus->addAction(QStringLiteral("  Custo dos fertilizantes"));
         custo->setObjectName(QStringLiteral("Análise"));
-        custo->setEnabled(windows.isRegistered(QStringLiteral("frmOcupaCusto")));
+        custo->setEnabled(windows.isRegistered(janela::kOcupaCusto));
         connect(custo, &QAction::triggered, this, &FrmFinalCalculo::custos);
         QAction* fertig = menus->addAction(QStringLiteral("Fertigráfico"));
         fertig->setObjectName(QStringLiteral("fertig"));
-        fertig->setEnabled(windows.isRegistered(QStringLiteral("frmChart")));
+        fertig->setEnabled(windows.isRegistered(janela::kChart));
         connect(fertig, &QAction::triggered, this, [this]() {
             m_session.GrafAvulso = 0;
-            m_windows.show(QStringLiteral("frmChart"));
+            m_windows.show(janela::kChart);
         });
         QAction* calc = menus->addAction(QStringLiteral("Calculadora"));
         calc->setObjectName(QStringLiteral("calc"));
@@ -117,7 +118,7 @@ private:
             return;
         }
         m_session.GrafAvulso = 0;
-        m_windows.show(QStringLiteral("frmOcupaCusto"));
+        m_windows.show(janela::kOcupaCusto);
     }
 
     QLineEdit* m_data = nullptr;

@@ -3,12 +3,13 @@
 #include "app/navigation.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
-#include "app/ui/frmlavra.h"
+#include "app/ui/desktop.h"
 #include "app/ui/messages.h"
 #include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
 #include "plan/ui/windows.h"
 #include "store/storeerror.h"
+#include "app/windownames.h"
 
 #include <QAction>
 #include <QButtonGroup>
@@ -30,7 +31,7 @@ namespace lavra::ui {
 
 namespace {
 
-const QString kNome = QStringLiteral("frmNPK");
+const QString kNome = janela::kNPK;
 
 int twips(const QWidget* widget, int valor)
 {
@@ -349,7 +350,7 @@ void FrmNPK::prosseguir()
         = GravaFormula(m_session, { linha[flx::kFormula], linha[flx::kPreco], m_txtFormula->text() });
 
     if (destino.florestal) {
-        if (auto* plano = dynamic_cast<PlanoFlorestal*>(m_windows.window(QStringLiteral("frmNPKFlorest"))))
+        if (auto* plano = dynamic_cast<PlanoFlorestal*>(m_windows.window(janela::kNPKFlorest)))
             plano->preencheEtapa(m_session.EtapaFlorest, LinhasFlorestFormula(m_session));
         else
             informacao(this, kMsgIndisponivel);
@@ -357,14 +358,14 @@ void FrmNPK::prosseguir()
         return;
     }
     if (destino.fechaParcelamento)
-        FechaJanela(m_session, m_windows, QStringLiteral("frmParcelaN"));
-    if (mostraJanela(this, m_windows, QStringLiteral("frmParcelaN")))
+        FechaJanela(m_session, m_windows, janela::kParcelaN);
+    if (mostraJanela(this, m_windows, janela::kParcelaN))
         hide();
 }
 
 void FrmNPK::formular()
 {
-    if (mostraJanela(this, m_windows, QStringLiteral("frmFormulação")))
+    if (mostraJanela(this, m_windows, janela::kFormulacao))
         hide();
 }
 

@@ -9,6 +9,7 @@
 #include "plan/ui/windows.h"
 #include "store/cursormodel.h"
 #include "store/storeerror.h"
+#include "app/windownames.h"
 
 #include <QMenuBar>
 #include <QCheckBox>
@@ -327,7 +328,7 @@ void FrmParcelaN::prosseguir()
         aviso(this, *recusa);
         return;
     }
-    if (mostraJanela(this, m_windows, QStringLiteral("frmFinalCalculo")))
+    if (mostraJanela(this, m_windows, janela::kFinalCalculo))
         hide();
 }
 

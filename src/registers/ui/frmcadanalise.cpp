@@ -2,13 +2,14 @@
 
 #include "app/session.h"
 #include "app/ui/fieldchecks.h"
-#include "app/ui/frmlavra.h"
+#include "app/ui/desktop.h"
 #include "app/ui/messages.h"
 #include "app/ui/windowregistry.h"
-#include "app/validation.h"
+#include "base/validation.h"
 #include "registers/analysis.h"
 #include "registers/ui/windows.h"
 #include "store/storeerror.h"
+#include "app/windownames.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -40,7 +41,7 @@ QLabel* rotulo(const QString& texto, QWidget* campo, QWidget* parent)
 FrmCadAnalise::FrmCadAnalise(Session& session, WindowRegistry& windows, QWidget* parent)
     : QWidget(parent, Qt::Window), m_session(session), m_windows(windows)
 {
-    setObjectName(QStringLiteral("frmCadAnalise"));
+    setObjectName(janela::kCadAnalise);
     setWindowTitle(QStringLiteral("Análises"));
 
     auto* layout = new QVBoxLayout(this);
@@ -270,8 +271,8 @@ void FrmCadAnalise::criaMenus()
         QString texto;
         QString janela;
     };
-    for (const Janela& item : {Janela{"convert", QStringLiteral("Conversor de unidades"), QStringLiteral("frmConvert")},
-                               Janela{"Importa", QStringLiteral("Importar análises"), QStringLiteral("frmImportaAnalise")}}) {
+    for (const Janela& item : {Janela{"convert", QStringLiteral("Conversor de unidades"), janela::kConvert},
+                               Janela{"Importa", QStringLiteral("Importar análises"), janela::kImportaAnalise}}) {
         QAction* action = acao(item.acao, item.texto);
         action->setEnabled(m_windows.isRegistered(item.janela));
         connect(action, &QAction::triggered, this, [this, janela = item.janela]() { m_windows.show(janela, Modo::Modal); });
@@ -353,7 +354,7 @@ void FrmCadAnalise::edita()
     LiberaTextos();
     botoesOcupados(true);
     m_session.ModoEscolha = QStringLiteral("Analise");
-    m_windows.show(QStringLiteral("frmCliAn"), Modo::Modal);
+    m_windows.show(janela::kCliAn, Modo::Modal);
 }
 
 void FrmCadAnalise::exclui()
@@ -361,7 +362,7 @@ void FrmCadAnalise::exclui()
     m_session.Operacao = kExclusao;
     botoesOcupados(true);
     m_session.ModoEscolha = QStringLiteral("Analise");
-    m_windows.show(QStringLiteral("frmCliAn"), Modo::Modal);
+    m_windows.show(janela::kCliAn, Modo::Modal);
 }
 
 void FrmCadAnalise::limpa()
@@ -383,7 +384,7 @@ void FrmCadAnalise::busca()
         informacao(this, QStringLiteral("Clique em Cadastrar Novo"));
         return;
     }
-    m_windows.show(QStringLiteral("frmCliente"), Modo::Modal);
+    m_windows.show(janela::kCliente, Modo::Modal);
 }
 
 void FrmCadAnalise::Carrega()
@@ -448,25 +449,25 @@ void FrmCadAnalise::cadastra()
             const ResultadoCadastro r = CadastraAnalise(m_session.db, entrada);
             m_session.CodAnalise = r.codAnalise;
             switch (r.desfecho) {
-            case Desfecho::Pergunta:
+            case EstadoCadastro::Pergunta:
                 entrada.resposta = confirma(this, r.texto) ? Resposta::Sim : Resposta::Nao;
                 continue;
-            case Desfecho::Aviso:
+            case EstadoCadastro::Aviso:
                 aviso(this, r.texto);
                 if (auto* caixa = r.campo.isEmpty() ? nullptr : findChild<QWidget*>(r.campo))
                     caixa->setFocus();
                 return;
-            case Desfecho::Critico:
+            case EstadoCadastro::Critico:
                 critico(this, r.texto);
                 return;
-            case Desfecho::Desistiu:
+            case EstadoCadastro::Desistiu:
                 return;
-            case Desfecho::Concluida:
+            case EstadoCadastro::Concluida:
                 BloqueiaTextos();
                 m_session.Operacao.clear();
                 botoesOcupados(false);
                 return;
-            case Desfecho::NaoExcluida:
+            case EstadoCadastro::NaoExcluida:
                 // The three buttons stay off until Cancelar.
                 BloqueiaTextos();
                 return;

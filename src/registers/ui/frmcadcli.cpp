@@ -37,9 +37,9 @@ protected:
 
     bool verificacoes() override
     {
-        const Verificacao recusa = verificaCliente(m_session.db, operacao(), m_nome->text(), m_session.NomeCliente);
+        const Parada recusa = verificaCliente(m_session.db, operacao(), m_nome->text(), m_session.NomeCliente);
         if (recusa)
-            mostraRecusa(this, *recusa);
+            mostra(this, *recusa);
         return !recusa;
     }
 

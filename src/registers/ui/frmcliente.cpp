@@ -8,6 +8,7 @@
 #include "registers/analysis.h"
 #include "registers/ui/windows.h"
 #include "store/storeerror.h"
+#include "app/windownames.h"
 
 #include <QHBoxLayout>
 #include <QListWidget>
@@ -108,7 +109,7 @@ void listaAnalisesDoCliente(QWidget* janela, Session& session, const QTableWidge
 FrmCliente::FrmCliente(Session& session, WindowRegistry& windows, QWidget* parent)
     : QWidget(parent, Qt::Window), m_session(session), m_windows(windows)
 {
-    setObjectName(QStringLiteral("frmCliente"));
+    setObjectName(janela::kCliente);
     setWindowTitle(QStringLiteral("Clientes Cadastrados"));
     auto* layout = new QVBoxLayout(this);
 
@@ -154,7 +155,7 @@ void FrmCliente::continua()
     const int linha = std::max(m_flxCli->currentRow(), 0);
     const QTableWidgetItem* nome = m_flxCli->item(linha, 0);
     m_session.NomeCliente = nome ? nome->text() : QString();
-    if (QWidget* cadastro = m_windows.window(QStringLiteral("frmCadAnalise"))) {
+    if (QWidget* cadastro = m_windows.window(janela::kCadAnalise)) {
         if (auto* txtCliente = cadastro->findChild<QLineEdit*>(QStringLiteral("txtCliente")))
             txtCliente->setText(m_session.NomeCliente);
     }

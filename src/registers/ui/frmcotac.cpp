@@ -1,4 +1,4 @@
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/fieldchecks.h"

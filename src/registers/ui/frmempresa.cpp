@@ -1,4 +1,4 @@
-#include "app/refusal.h"
+#include "base/outcome.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/messages.h"

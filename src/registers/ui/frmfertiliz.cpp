@@ -1,4 +1,4 @@
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/fieldchecks.h"
@@ -7,6 +7,7 @@
 #include "registers/inputs.h"
 #include "registerwindow.h"
 #include "windows.h"
+#include "app/windownames.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -177,8 +178,8 @@ protected:
         if (recusaCampos({m_n, m_p, m_k, m_custo}))
             return false;
         if (operacao() == kCadastro) {
-            if (const Verificacao recusa = verificaFertilizante(fields(), m_tipo)) {
-                mostraRecusa(this, *recusa);
+            if (const Parada recusa = verificaFertilizante(fields(), m_tipo)) {
+                mostra(this, *recusa);
                 return false;
             }
         }
@@ -208,7 +209,7 @@ private:
 
 FrmTipoAdubo::FrmTipoAdubo(FrmFertiliz& register_) : QWidget(&register_, Qt::Dialog), m_register(register_)
 {
-    setObjectName(QStringLiteral("frmTipoAdubo"));
+    setObjectName(janela::kTipoAdubo);
     setWindowTitle(QStringLiteral("Tipo de Fertilizante"));
     setWindowModality(Qt::ApplicationModal);
     setAttribute(Qt::WA_DeleteOnClose);

@@ -6,6 +6,7 @@
 #include "store/cursormodel.h"
 #include "store/storeerror.h"
 #include "windows.h"
+#include "app/windownames.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -94,7 +95,7 @@ private:
         }
         informacao(this, QStringLiteral("Técnico: ") + nome + QStringLiteral(" seleciondado"));
         // An open report takes the new signature at once.
-        if (QWidget* laudo = m_windows.window(QStringLiteral("frmObsLaudo")); laudo && laudo->isVisible()) {
+        if (QWidget* laudo = m_windows.window(janela::kObsLaudo); laudo && laudo->isVisible()) {
             QMetaObject::invokeMethod(laudo, "RecarregaLaudo");
             close();
         }

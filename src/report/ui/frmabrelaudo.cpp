@@ -10,6 +10,7 @@
 #include "report/saved.h"
 #include "report/ui/windows.h"
 #include "store/storeerror.h"
+#include "app/windownames.h"
 
 #include <QButtonGroup>
 #include <QGroupBox>
@@ -42,7 +43,7 @@ QLabel* rotulo(const QString& nome, const QString& texto, QWidget* buddy, QWidge
 FrmAbreLaudo::FrmAbreLaudo(Session& session, WindowRegistry& windows, QWidget* parent)
     : QWidget(parent, Qt::Window), m_session(session), m_windows(windows)
 {
-    setObjectName(QStringLiteral("frmAbreLaudo"));
+    setObjectName(janela::kAbreLaudo);
     setWindowTitle(QStringLiteral("Recomendações cadastradas"));
     auto* layout = new QVBoxLayout(this);
 

@@ -6,6 +6,7 @@
 #include "report/saved.h"
 #include "report/ui/windows.h"
 #include "store/storeerror.h"
+#include "app/windownames.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -21,7 +22,7 @@ namespace lavra::ui {
 FrmObsLaudo::FrmObsLaudo(Session& session, WindowRegistry& windows, QWidget* parent)
     : QWidget(parent, Qt::Window | Qt::WindowStaysOnTopHint), m_session(session), m_windows(windows)
 {
-    setObjectName(QStringLiteral("frmObsLaudo"));
+    setObjectName(janela::kObsLaudo);
     setWindowTitle(QStringLiteral("Observações"));
     auto* layout = new QVBoxLayout(this);
 
@@ -64,7 +65,7 @@ FrmObsLaudo::FrmObsLaudo(Session& session, WindowRegistry& windows, QWidget* par
     connect(m_txtInfo, &QPlainTextEdit::textChanged, this, &FrmObsLaudo::textoMudou);
     connect(cmdInsere, &QPushButton::clicked, this, &FrmObsLaudo::insere);
     connect(cmdMudaTec, &QPushButton::clicked, this,
-            [this]() { m_windows.show(QStringLiteral("frmTecResp")); });
+            [this]() { m_windows.show(janela::kTecResp); });
     resize(460, sizeHint().height());
 }
 

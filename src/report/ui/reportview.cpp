@@ -6,6 +6,7 @@
 #include "app/ui/windowregistry.h"
 #include "store/storeerror.h"
 #include "windows.h"
+#include "app/windownames.h"
 
 #include <QAction>
 #include <QDir>
@@ -321,7 +322,7 @@ void JanelaLaudo::showEvent(QShowEvent* event)
     if (!m_mostrada) {
         m_mostrada = true;
         // The orientations are written beside the report; the window is not there in every build.
-        m_windows.show(QStringLiteral("frmObsLaudo"));
+        m_windows.show(janela::kObsLaudo);
     }
 }
 

@@ -1,4 +1,4 @@
-#include "app/numbers.h"
+#include "base/numbers.h"
 #include "testsupport.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "app/validation.h"
+#include "base/validation.h"
 #include "testsupport.h"
 
 #include <gtest/gtest.h>

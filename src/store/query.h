@@ -1,0 +1,42 @@
+#pragma once
+
+#include "connection.h"
+
+#include <QList>
+#include <QString>
+#include <QVariant>
+#include <QVector>
+
+#include <optional>
+
+namespace lavra {
+
+class Store;
+
+// A column and the value it must hold. Texts match byte by byte, case and accents included, and
+// a null cell matches nothing: the way the program has always compared its keys.
+struct Chave {
+    QString coluna;
+    QVariant valor;
+};
+
+// Lookups by key through the indexes, each on a connection of its own that closes on return, so
+// that a caller walking the shared pair is left alone. Failures throw StoreError.
+namespace consulta {
+
+// The rows that hold every key, in the order the table keeps them, as an editable cursor standing
+// on the first. The cursor stays usable after the call.
+Cursor linhas(const Store& db, const QString& tabela, const QList<Chave>& chaves);
+// The first of those rows, every column typed as the cursor types it; nothing when there is none.
+std::optional<QVector<QVariant>> primeira(const Store& db, const QString& tabela, const QList<Chave>& chaves);
+// Whether any row holds every key.
+bool existe(const Store& db, const QString& tabela, const QList<Chave>& chaves);
+// Any statement, with values bound to its '?' in order.
+Cursor sql(const Store& db, const QString& comando, const QVariantList& valores = {});
+
+// The name of a column of a table by ordinal, for the routines that address columns by position.
+QString coluna(const QString& tabela, int ordinal);
+
+} // namespace consulta
+
+} // namespace lavra
