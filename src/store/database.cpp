@@ -112,6 +112,8 @@ void createSchema(Connection& connection)
     for (const ViewDef& view : schema::views())
         connection.execute(QStringLiteral("CREATE VIEW %1 AS SELECT * FROM %2")
                                .arg(quoteIdentifier(view.name), quoteIdentifier(view.table)));
+    for (const IndexDef& index : schema::indexes())
+        connection.execute(schema::createIndexStatement(index));
     connection.execute(QStringLiteral("PRAGMA user_version = %1").arg(schema::kVersion));
 }
 
@@ -190,6 +192,35 @@ void check(const QString& path)
     else
         which = QStringLiteral("Faltam %1 das %2 tabelas.").arg(missing.size()).arg(total);
     throw StoreError(QStringLiteral("O banco de dados está incompleto. %1\n").arg(which) + whatToDo);
+}
+
+void upgrade(Connection& connection)
+{
+    const int version = schemaVersion(connection);
+    if (version >= schema::kVersion)
+        return;
+    Transaction transaction(connection);
+    for (int step = version + 1; step <= schema::kVersion; ++step) {
+        for (const QString& statement : schema::upgradeStatements(step))
+            connection.execute(statement);
+    }
+    connection.execute(QStringLiteral("PRAGMA user_version = %1").arg(schema::kVersion));
+    transaction.commit();
+}
+
+void upgrade(const QString& path)
+{
+    Connection connection(path);
+    connection.open();
+    try {
+        upgrade(connection);
+    } catch (const StoreError& error) {
+        // A file that cannot be written, such as a copy on a read-only disk, is still worked on,
+        // only without the newer steps; anything else is a real failure.
+        if (!error.stoppedWrite())
+            throw;
+    }
+    connection.close();
 }
 
 void create(const QString& path, const QString& dataDir)

@@ -24,6 +24,12 @@ void loadStartingRows(Connection& connection, const QString& dataDir);
 // The schema version written in the file; 0 for a file made before versions were kept.
 int schemaVersion(Connection& connection);
 
+// Brings a file of an older schema version up to this one, step by step, in one transaction.
+// Throws StoreError with the file as it was.
+void upgrade(Connection& connection);
+// The same on the file at path; a file that cannot be written is left as it is.
+void upgrade(const QString& path);
+
 // The tables and aliases of the schema that the open file lacks, in schema order. Throws
 // StoreError when the file cannot be read as a database.
 QStringList missingTables(Connection& connection);

@@ -27,8 +27,6 @@ TableDef keyed(const QString& table, const QStringList& numbers)
     return {table, QList<ColumnDef>{text(QStringLiteral("Chave"))} + singles(numbers)};
 }
 
-const QStringList kClassColumns = {"Classe1", "Classe2", "Classe3", "Classe4", "Classe5"};
-
 // Head of the three tables of saved recommendations: analysis, key, crop and liming.
 QList<ColumnDef> recommendationHead()
 {
@@ -60,6 +58,9 @@ QList<ColumnDef> recommendationTail()
 
 QList<TableDef> buildTables()
 {
+    // Built here, not at namespace scope: the tables may be asked for while other files are
+    // still being initialised.
+    const QStringList kClassColumns = {"Classe1", "Classe2", "Classe3", "Classe4", "Classe5"};
     QList<TableDef> all;
 
     all << TableDef{"Clientes",
@@ -135,6 +136,22 @@ QList<TableDef> buildTables()
     all << TableDef{"RecoFlorest", florest + recommendationTail()};
 
     all << TableDef{"Graf", {text("Classe"), single("BaseFaixa"), single("LimInferior"), single("LimSuperior")}};
+    return all;
+}
+
+QList<IndexDef> buildIndexes()
+{
+    QList<IndexDef> all = {{"Clientes", {"Nome"}},
+                           {"Analises", {"Código"}},
+                           {"Analises", {"Cliente"}},
+                           {"RecoForm", {"CodAnalise", "CodCultivo"}},
+                           {"RecoFormulac", {"CodAnalise", "CodCultivo"}},
+                           {"RecoFlorest", {"CodAnalise", "CodCultivo"}}};
+    // The manual's tables are read one row at a time, by key.
+    for (const TableDef& table : schema::tables()) {
+        if (!table.columns.isEmpty() && table.columns.first().name == QLatin1String("Chave"))
+            all << IndexDef{table.name, {table.columns.first().name}};
+    }
     return all;
 }
 
@@ -216,11 +233,46 @@ QString createStatement(const TableDef& table)
 
 } // namespace schema
 
+const QList<IndexDef>& schema::indexes()
+{
+    static const QList<IndexDef> all = buildIndexes();
+    return all;
+}
+
+QString schema::createIndexStatement(const IndexDef& index)
+{
+    QStringList columns;
+    for (const QString& column : index.columns)
+        columns << quoteIdentifier(column) + QStringLiteral(" COLLATE BINARY");
+    const QString name = QStringLiteral("ix_%1_%2").arg(index.table, index.columns.join(QLatin1Char('_')));
+    return QStringLiteral("CREATE INDEX IF NOT EXISTS %1 ON %2 (%3)")
+        .arg(quoteIdentifier(name), quoteIdentifier(index.table), columns.join(QStringLiteral(", ")));
+}
+
+QStringList schema::upgradeStatements(int toVersion)
+{
+    QStringList statements;
+    if (toVersion == 2) {
+        for (const IndexDef& index : indexes())
+            statements << createIndexStatement(index);
+    }
+    return statements;
+}
+
 QString quoteIdentifier(const QString& name)
 {
     QString inner = name;
     inner.replace(QLatin1Char('"'), QStringLiteral("\"\""));
     return QLatin1Char('"') + inner + QLatin1Char('"');
+}
+
+QString unquoteIdentifier(const QString& identifier)
+{
+    if (identifier.size() >= 2
+        && ((identifier.front() == QLatin1Char('[') && identifier.back() == QLatin1Char(']'))
+            || (identifier.front() == QLatin1Char('"') && identifier.back() == QLatin1Char('"'))))
+        return identifier.mid(1, identifier.size() - 2);
+    return identifier;
 }
 
 QString sqlText(const QString& text)

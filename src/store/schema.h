@@ -29,6 +29,13 @@ struct TableDef {
     QList<ColumnDef> columns;
 };
 
+// An index on columns that rows are found by. Keys compare byte by byte, so the index does too,
+// whatever the columns' own collation.
+struct IndexDef {
+    QString table;
+    QStringList columns;
+};
+
 // A read-only alias: the named view shows every row of another table.
 struct ViewDef {
     QString name;
@@ -49,13 +56,24 @@ ColumnType typeFromDeclared(const QString& declared);
 // "CREATE TABLE ..." for one table.
 QString createStatement(const TableDef& table);
 
+// The indexes, in creation order.
+const QList<IndexDef>& indexes();
+// "CREATE INDEX IF NOT EXISTS ..." for one index.
+QString createIndexStatement(const IndexDef& index);
+
 // The schema version kept in the database file; raised with every upgrade step.
-inline constexpr int kVersion = 1;
+inline constexpr int kVersion = 2;
+
+// The statements that take a file from the version before to this one; the step to version 1 is
+// empty, as files older than versions already had every table.
+QStringList upgradeStatements(int toVersion);
 
 } // namespace schema
 
 // Quotes an identifier so that accents, blanks, '/' and '$' survive.
 QString quoteIdentifier(const QString& name);
+// The name inside [brackets] or "quotes"; any other text as it stands.
+QString unquoteIdentifier(const QString& identifier);
 // Quotes a text as an SQL literal, doubling any quotation mark inside it.
 QString sqlText(const QString& text);
 

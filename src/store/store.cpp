@@ -1,8 +1,6 @@
 #include "store.h"
 
-#include "cursormodel.h"
-
-#include <QDate>
+#include "query.h"
 
 namespace lavra {
 
@@ -29,23 +27,10 @@ void Store::AbreTabelaLaudo(const QString& tabela)
 
 bool Store::ExisteValor(const QString& tabela, const QString& valor, int campo) const
 {
-    Connection connection(strConn);
-    connection.open();
-    Cursor cursor;
-    cursor.open(QStringLiteral("SELECT * FROM ") + tabela, connection);
-    bool found = false;
-    while (!cursor.atEnd()) {
-        const QVariant cell = cursor.value(campo);
-        // A null cell equals nothing.
-        if (!cell.isNull() && cellText(cell) == valor) {
-            found = true;
-            break;
-        }
-        cursor.moveNext();
-    }
-    cursor.close();
-    connection.close();
-    return found;
+    // A null text asks for an empty cell, as it always compared equal to one; a null cell stays
+    // unmatched.
+    const QString procurado = valor.isNull() ? QStringLiteral("") : valor;
+    return consulta::existe(*this, tabela, {{consulta::coluna(tabela, campo), procurado}});
 }
 
 void Store::fecha()

@@ -26,8 +26,9 @@ public:
     void AbreTabela(const QString& sql);
     // The same on the report pair, on "SELECT * FROM " and the table.
     void AbreTabelaLaudo(const QString& tabela);
-    // Whether any row of the table holds the text at the column of that ordinal. Uses a pair of
-    // its own, so that it can be called while rs is being walked.
+    // Whether any row of the table holds the text at the column of that ordinal, byte by byte,
+    // through the column's index. Uses a connection of its own, so that it can be called while rs
+    // is being walked.
     bool ExisteValor(const QString& tabela, const QString& valor, int campo) const;
 
     // Closes rs and cn if they are open: the end of every routine, and of every failed one.
