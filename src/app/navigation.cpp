@@ -1,6 +1,6 @@
 #include "navigation.h"
 
-#include "store/schema.h"
+#include "store/query.h"
 #include "store/storeerror.h"
 #include "app/windownames.h"
 
@@ -61,21 +61,13 @@ void ReabreJanela(Session& session, WindowHost& host, const QString& nome, const
 void CarregaRecomendacao(Session& session, const QString& tabela, const QString& codAnalise,
                          const QString& codCultivo)
 {
-    Store& db = session.db;
-    try {
-        db.strSQL = QStringLiteral("SELECT * FROM ") + tabela + QStringLiteral(" WHERE CodAnalise=")
-            + sqlText(codAnalise) + QStringLiteral(" AND CodCultivo=") + sqlText(codCultivo) + QStringLiteral(";");
-        db.AbreTabela(db.strSQL);
-        if (db.rs.atEnd())
-            throw StoreError(QStringLiteral("A recomendação '%1' não foi encontrada.").arg(codCultivo));
-        const int columns = std::min(db.rs.columnCount(), Session::kSlots + 1);
-        for (int k = 1; k < columns; ++k)
-            session.Dados[k - 1] = db.rs.value(k);
-        db.fecha();
-    } catch (...) {
-        db.descarta();
-        throw;
-    }
+    const auto linha = consulta::primeira(
+        session.db, tabela, {{QStringLiteral("CodAnalise"), codAnalise}, {QStringLiteral("CodCultivo"), codCultivo}});
+    if (!linha)
+        throw StoreError(QStringLiteral("A recomendação '%1' não foi encontrada.").arg(codCultivo));
+    const int columns = std::min(static_cast<int>(linha->size()), Session::kSlots + 1);
+    for (int k = 1; k < columns; ++k)
+        session.Dados[k - 1] = linha->at(k);
     session.CodCultivo = session.Dados[0].toString();
 }
 

@@ -1,6 +1,7 @@
 #include "startup.h"
 
 #include "store/database.h"
+#include "store/query.h"
 #include "store/storeerror.h"
 
 #include <QFile>
@@ -19,45 +20,31 @@ void AbreBanco(Session& session, const QString& path)
                                             "Verifique se a pasta onde ele está permite gravar."),
                              empty.errorString(), StoreError::Access::None);
     }
-    if (QFileInfo::exists(path))
+    if (QFileInfo::exists(path)) {
         database::check(path);
-    else
+        database::upgrade(path);
+    } else {
         database::create(path);
+    }
     session.db = Store(path);
 }
 
 bool CarregaTecnico(Session& session)
 {
-    Store& db = session.db;
-    try {
-        db.strSQL = QStringLiteral("SELECT * FROM TecResp;");
-        db.AbreTabela(db.strSQL);
-        const bool empty = db.rs.recordCount() == 0;
-        while (!db.rs.atEnd()) {
-            if (db.rs.value(3).toInt() == 1) {
-                session.NomeTec = db.rs.value(0).toString();
-                session.ProfTec = db.rs.value(1).toString();
-                session.CreaTec = db.rs.value(2).toString();
-                break;
-            }
-            db.rs.moveNext();
-        }
-        db.fecha();
-        return empty;
-    } catch (...) {
-        db.descarta();
-        throw;
+    const Store& db = session.db;
+    const QString tabela = QStringLiteral("TecResp");
+    if (const auto assinante = consulta::primeira(db, tabela, {{QStringLiteral("Assina"), 1}})) {
+        session.NomeTec = assinante->value(0).toString();
+        session.ProfTec = assinante->value(1).toString();
+        session.CreaTec = assinante->value(2).toString();
     }
+    return !consulta::existe(db, tabela, {});
 }
 
 bool AtualizaNPK(Store& db)
 {
     try {
-        db.strSQL = QStringLiteral("SELECT * FROM NPK;");
-        db.AbreTabela(db.strSQL);
-        const int columns = db.rs.columnCount();
-        db.fecha();
-        if (columns >= 10)
+        if (consulta::sql(db, QStringLiteral("SELECT * FROM NPK WHERE 0")).columnCount() >= 10)
             return false;
 
         db.AbreConexao();

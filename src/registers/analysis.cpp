@@ -5,6 +5,7 @@
 #include "base/validation.h"
 #include "interpretation.h"
 #include "store/cursormodel.h"
+#include "store/query.h"
 #include "store/schema.h"
 #include "store/storeerror.h"
 
@@ -18,7 +19,8 @@ namespace lavra {
 
 namespace {
 
-const QString kTodasAnalises = QStringLiteral("SELECT * FROM Analises;");
+const QString kAnalises = QStringLiteral("Analises");
+const QString kColunaCodigo = QStringLiteral("Código");
 
 // Fields are checked as they are left; a number read here has passed that check.
 float numero(const QString& texto)
@@ -77,7 +79,7 @@ std::optional<ResultadoCadastro> verificaNumeros(const CamposAnalise& c)
         {"txtK", &c.k, Grandeza::Potassio}};
     for (const auto& [nome, texto, grandeza] : campos) {
         if (const auto recusa = RecusaNumero(*texto, grandeza))
-            return ResultadoCadastro{EstadoCadastro::Aviso, *recusa, QString::fromUtf8(nome), {}};
+            return ResultadoCadastro{Desfecho::aviso(*recusa, QString::fromUtf8(nome)), Seguimento::Fica, {}};
     }
     return std::nullopt;
 }
@@ -91,15 +93,10 @@ std::optional<QDate> dataDoCalendario(const QString& digitos)
     return data;
 }
 
-bool andaAte(Cursor& rs, const QString& codigo)
+// The rows of that code as an editable cursor on the first.
+Cursor analiseDeCodigo(const Store& db, const QString& codigo)
 {
-    while (!rs.atEnd()) {
-        const QVariant celula = rs.value(analise::kCodigo);
-        if (!celula.isNull() && celula.toString() == codigo)
-            return true;
-        rs.moveNext();
-    }
-    return false;
+    return consulta::linhas(db, kAnalises, {{kColunaCodigo, codigo}});
 }
 
 bool temRecomendacao(const Store& db, const QString& codigo, bool florestais)
@@ -144,32 +141,23 @@ void escreveLinha(Cursor& rs, const CamposAnalise& c, const QString& codigo, con
         rs.setValue(ordinal++, static_cast<int>(classe));
 }
 
-ResultadoCadastro resultado(EstadoCadastro desfecho, const QString& texto, const QString& codigo)
-{
-    return {desfecho, texto, {}, codigo};
-}
+ResultadoCadastro para(Desfecho desfecho, const QString& codigo) { return {std::move(desfecho), Seguimento::Fica, codigo}; }
+ResultadoCadastro segue(Seguimento seguimento, const QString& codigo) { return {std::nullopt, seguimento, codigo}; }
 
 ResultadoCadastro exclui(Store& db, const EntradaCadastro& e)
 {
-    db.strSQL = kTodasAnalises;
-    db.AbreTabela(db.strSQL);
-    const bool achou = andaAte(db.rs, e.codAnalise);
+    Cursor rs = analiseDeCodigo(db, e.codAnalise);
+    const bool achou = !rs.atEnd();
     // A forest recommendation does not hold the analysis back from deletion.
-    if (temRecomendacao(db, e.codAnalise, false)) {
-        db.fecha();
-        return resultado(EstadoCadastro::Critico, kMsgExclusaoComRecomendacao, e.codAnalise);
-    }
-    if (achou && e.resposta == Resposta::NaoPerguntado) {
-        db.fecha();
-        return resultado(EstadoCadastro::Pergunta, perguntaExclusao(e.codAnalise), e.codAnalise);
-    }
+    if (temRecomendacao(db, e.codAnalise, false))
+        return para(Desfecho::critico(kMsgExclusaoComRecomendacao), e.codAnalise);
+    if (achou && e.resposta == Resposta::NaoPerguntado)
+        return para(Desfecho::pergunta(perguntaExclusao(e.codAnalise)), e.codAnalise);
     if (achou && e.resposta == Resposta::Sim) {
-        db.rs.deleteCurrent();
-        db.fecha();
-        return resultado(EstadoCadastro::Concluida, {}, e.codAnalise);
+        rs.deleteCurrent();
+        return segue(Seguimento::Concluida, e.codAnalise);
     }
-    db.fecha();
-    return resultado(EstadoCadastro::NaoExcluida, {}, e.codAnalise);
+    return segue(Seguimento::NaoExcluida, e.codAnalise);
 }
 
 ResultadoCadastro grava(Store& db, const EntradaCadastro& e)
@@ -179,7 +167,7 @@ ResultadoCadastro grava(Store& db, const EntradaCadastro& e)
     QString codAnalise = e.codAnalise;
 
     if (edicao && temRecomendacao(db, e.codAnalise, true))
-        return resultado(EstadoCadastro::Critico, kMsgEdicaoComRecomendacao, codAnalise);
+        return para(Desfecho::critico(kMsgEdicaoComRecomendacao), codAnalise);
 
     const QString codigo = ComporCodigo(c.fazenda, c.gleba, c.data);
     if (!edicao)
@@ -187,49 +175,36 @@ ResultadoCadastro grava(Store& db, const EntradaCadastro& e)
     // An edit that keeps farm, field and date keeps its own code.
     const bool testaDuplicacao = !edicao || codigo != e.codAnalise;
     if (testaDuplicacao && db.ExisteValor(QStringLiteral("Analises"), codigo, analise::kCodigo))
-        return resultado(EstadoCadastro::Aviso, kMsgDuplicacao, codAnalise);
+        return para(Desfecho::aviso(kMsgDuplicacao), codAnalise);
 
     const QString digitos = digitosDaData(c.data);
     if (!ValidaData(digitos))
-        return {EstadoCadastro::Aviso, kMsgDataInvalida, QStringLiteral("mskData"), codAnalise};
+        return para(Desfecho::aviso(kMsgDataInvalida, QStringLiteral("mskData")), codAnalise);
     const auto data = dataDoCalendario(digitos);
     if (!data)
-        return {EstadoCadastro::Aviso, avisoDataInexistente(c.data), QStringLiteral("mskData"), codAnalise};
+        return para(Desfecho::aviso(avisoDataInexistente(c.data), QStringLiteral("mskData")), codAnalise);
 
-    db.strSQL = kTodasAnalises;
-    db.AbreTabela(db.strSQL);
-    if (edicao) {
-        if (!andaAte(db.rs, e.codAnalise))
-            throw StoreError(QStringLiteral("A análise '%1' não foi encontrada.").arg(e.codAnalise));
-    } else {
-        db.rs.addNew();
-    }
+    // An edit stands on its row; a new row starts on a cursor that read none.
+    Cursor rs = edicao ? analiseDeCodigo(db, e.codAnalise)
+                       : consulta::sql(db, QStringLiteral("SELECT * FROM Analises WHERE 0"));
+    if (edicao && rs.atEnd())
+        throw StoreError(QStringLiteral("A análise '%1' não foi encontrada.").arg(e.codAnalise));
+    if (!edicao)
+        rs.addNew();
     // One statement writes the row, so a failure leaves the table as it was.
-    escreveLinha(db.rs, c, codigo, *data);
-    db.rs.update();
-    db.fecha();
-    return resultado(EstadoCadastro::Concluida, {}, codAnalise);
+    escreveLinha(rs, c, codigo, *data);
+    rs.update();
+    return segue(Seguimento::Concluida, codAnalise);
 }
 
 } // namespace
 
 void CarregaAnalise(Session& session, const QString& codigo)
 {
-    Store& db = session.db;
-    try {
-        db.strSQL = QStringLiteral("SELECT * FROM Analises WHERE %1 = %2;")
-                        .arg(quoteIdentifier(QStringLiteral("Código")), sqlText(codigo));
-        db.AbreTabela(db.strSQL);
-        if (db.rs.atEnd())
-            throw StoreError(QStringLiteral("A análise '%1' não foi encontrada.").arg(codigo));
-        session.Analise.resize(db.rs.columnCount());
-        for (int ordinal = 0; ordinal < db.rs.columnCount(); ++ordinal)
-            session.Analise[ordinal] = db.rs.value(ordinal);
-        db.fecha();
-    } catch (...) {
-        db.descarta();
-        throw;
-    }
+    auto linha = consulta::primeira(session.db, kAnalises, {{kColunaCodigo, codigo}});
+    if (!linha)
+        throw StoreError(QStringLiteral("A análise '%1' não foi encontrada.").arg(codigo));
+    session.Analise = std::move(*linha);
 }
 
 QString ComporCodigo(const QString& fazenda, const QString& gleba, const QString& data)
@@ -258,29 +233,17 @@ std::optional<CTCCalculada> CalculaCTC(const QString& ca, const QString& mg, con
 
 CamposAnalise LeAnalise(Store& db, const QString& codigo, const QString& cliente)
 {
-    CamposAnalise c;
-    try {
-        db.strSQL = kTodasAnalises;
-        db.AbreTabela(db.strSQL);
-        Cursor& rs = db.rs;
-        while (!rs.atEnd()
-               && !(rs.value(analise::kCodigo).toString() == codigo && rs.value(analise::kCliente).toString() == cliente))
-            rs.moveNext();
-        if (rs.atEnd())
-            throw StoreError(QStringLiteral("A análise '%1' de %2 não foi encontrada.").arg(codigo, cliente));
-        const auto texto = [&rs](int ordinal) { return cellText(rs.value(ordinal)); };
-        c = CamposAnalise{texto(1),  texto(2),  texto(3),  texto(4),  texto(6),  texto(7),  texto(5),
-                          texto(8),  texto(9),  texto(10), texto(11), texto(12), texto(16), texto(17),
-                          texto(18), texto(19), texto(20), {},        {}};
-        const int metodo = rs.value(analise::kMetodoP).toInt();
-        c.mehlich = metodo == 1;
-        c.resina = metodo == 2;
-        c.arroz = rs.value(analise::kArrozIrrig).toInt() == 2;
-        db.fecha();
-    } catch (...) {
-        db.descarta();
-        throw;
-    }
+    const auto linha = consulta::primeira(db, kAnalises, {{kColunaCodigo, codigo}, {QStringLiteral("Cliente"), cliente}});
+    if (!linha)
+        throw StoreError(QStringLiteral("A análise '%1' de %2 não foi encontrada.").arg(codigo, cliente));
+    const auto texto = [&linha](int ordinal) { return cellText(linha->value(ordinal)); };
+    CamposAnalise c{texto(1),  texto(2),  texto(3),  texto(4),  texto(6),  texto(7),  texto(5),
+                    texto(8),  texto(9),  texto(10), texto(11), texto(12), texto(16), texto(17),
+                    texto(18), texto(19), texto(20), {},        {}};
+    const int metodo = linha->value(analise::kMetodoP).toInt();
+    c.mehlich = metodo == 1;
+    c.resina = metodo == 2;
+    c.arroz = linha->value(analise::kArrozIrrig).toInt() == 2;
     return c;
 }
 
@@ -304,7 +267,7 @@ QString avisoDataInexistente(const QString& data)
 ResultadoCadastro CadastraAnalise(Store& db, const EntradaCadastro& entrada)
 {
     if (entrada.operacao.isEmpty())
-        return resultado(EstadoCadastro::Aviso, kMsgNenhumaAcao, entrada.codAnalise);
+        return para(Desfecho::aviso(kMsgNenhumaAcao), entrada.codAnalise);
 
     EntradaCadastro e = entrada;
     e.campos = aparados(entrada.campos);
@@ -312,25 +275,25 @@ ResultadoCadastro CadastraAnalise(Store& db, const EntradaCadastro& entrada)
     if (!exclusao) {
         CamposAnalise& c = e.campos;
         if (const auto vazio = VerificaTextos(c))
-            return {EstadoCadastro::Aviso, kMsgCamposVazios, *vazio, e.codAnalise};
+            return para(Desfecho::aviso(kMsgCamposVazios, *vazio), e.codAnalise);
         if (!c.mehlich && !c.resina)
-            return resultado(EstadoCadastro::Aviso, kMsgMetodoP, e.codAnalise);
+            return para(Desfecho::aviso(kMsgMetodoP), e.codAnalise);
         if (auto recusa = verificaNumeros(c)) {
             recusa->codAnalise = e.codAnalise;
             return *recusa;
         }
         if (!TemBasesOuAluminio(numero(c.al), numero(c.k), numero(c.ca), numero(c.mg)))
-            return {EstadoCadastro::Aviso, kMsgSemBases, QStringLiteral("txtCa"), e.codAnalise};
+            return para(Desfecho::aviso(kMsgSemBases, QStringLiteral("txtCa")), e.codAnalise);
         // An analysis of a client the register does not know would be found by no one.
         const std::optional<QString> registrado = ClienteRegistrado(db, c.cliente);
         if (!registrado)
-            return {EstadoCadastro::Aviso, kMsgClienteNaoCadastrado, QStringLiteral("txtCliente"), e.codAnalise};
+            return para(Desfecho::aviso(kMsgClienteNaoCadastrado, QStringLiteral("txtCliente")), e.codAnalise);
         c.cliente = *registrado;
         // Asked at every save, whichever way the box stands: the choice changes the class of P.
         if (e.resposta == Resposta::NaoPerguntado)
-            return resultado(EstadoCadastro::Pergunta, perguntaArroz(c.arroz), e.codAnalise);
+            return para(Desfecho::pergunta(perguntaArroz(c.arroz)), e.codAnalise);
         if (e.resposta == Resposta::Nao)
-            return resultado(EstadoCadastro::Desistiu, {}, e.codAnalise);
+            return segue(Seguimento::Fica, e.codAnalise);
     }
 
     try {
@@ -342,72 +305,51 @@ ResultadoCadastro CadastraAnalise(Store& db, const EntradaCadastro& entrada)
         db.descarta();
         throw;
     }
-    return resultado(EstadoCadastro::Aviso, kMsgNenhumaAcao, e.codAnalise);
+    return para(Desfecho::aviso(kMsgNenhumaAcao), e.codAnalise);
 }
 
 std::optional<QString> ClienteRegistrado(Store& db, const QString& nome)
 {
     const QString procurado = nome.trimmed();
-    std::optional<QString> registrado;
-    try {
-        db.strSQL = QStringLiteral("SELECT * FROM Clientes;");
-        db.AbreTabela(db.strSQL);
-        for (; !db.rs.atEnd(); db.rs.moveNext()) {
-            const QString nomeCadastrado = db.rs.value(0).toString();
-            // Exact, as the pickers list a client's analyses by the very name.
-            if (nomeCadastrado.trimmed() == procurado) {
-                registrado = nomeCadastrado;
-                break;
-            }
-        }
-        db.fecha();
-    } catch (...) {
-        db.descarta();
-        throw;
+    // Only names that hold the text can match once their blanks are off; the engine picks those.
+    Cursor rs = consulta::sql(db, QStringLiteral("SELECT Nome FROM Clientes WHERE instr(Nome, ?) > 0 ORDER BY rowid"),
+                              {procurado.isNull() ? QStringLiteral("") : procurado});
+    for (; !rs.atEnd(); rs.moveNext()) {
+        const QString nomeCadastrado = rs.value(0).toString();
+        // Exact, as the pickers list a client's analyses by the very name.
+        if (nomeCadastrado.trimmed() == procurado)
+            return nomeCadastrado;
     }
-    return registrado;
+    return std::nullopt;
 }
 
 GradeClientes LeClientes(Store& db)
 {
     GradeClientes grade;
-    try {
-        db.strSQL = QStringLiteral("SELECT * FROM Clientes ORDER BY Nome;");
-        db.AbreTabela(db.strSQL);
-        const int colunas = std::min(db.rs.columnCount(), 5);
+    Cursor rs = consulta::sql(db, QStringLiteral("SELECT * FROM Clientes ORDER BY Nome;"));
+    const int colunas = std::min(rs.columnCount(), 5);
+    for (int ordinal = 0; ordinal < colunas; ++ordinal)
+        grade.colunas << rs.columnName(ordinal);
+    grade.linhas.reserve(rs.recordCount());
+    for (; !rs.atEnd(); rs.moveNext()) {
+        QStringList linha;
         for (int ordinal = 0; ordinal < colunas; ++ordinal)
-            grade.colunas << db.rs.columnName(ordinal);
-        for (; !db.rs.atEnd(); db.rs.moveNext()) {
-            QStringList linha;
-            for (int ordinal = 0; ordinal < colunas; ++ordinal)
-                linha << cellText(db.rs.value(ordinal));
-            grade.linhas << linha;
-        }
-        db.fecha();
-    } catch (...) {
-        db.descarta();
-        throw;
+            linha << cellText(rs.value(ordinal));
+        grade.linhas << linha;
     }
     return grade;
 }
 
 QStringList AnalisesDoCliente(Store& db, const QString& cliente)
 {
+    // Exact: an analysis keeps a copy of the name, not a reference to the client. The order is
+    // the code's own, which ignores case.
     QStringList codigos;
-    try {
-        db.strSQL = QStringLiteral("SELECT * FROM Analises ORDER BY %1;").arg(quoteIdentifier(QStringLiteral("Código")));
-        db.AbreTabela(db.strSQL);
-        for (; !db.rs.atEnd(); db.rs.moveNext()) {
-            const QVariant dono = db.rs.value(analise::kCliente);
-            // Exact: an analysis keeps a copy of the name, not a reference to the client.
-            if (!dono.isNull() && dono.toString() == cliente)
-                codigos << db.rs.value(analise::kCodigo).toString();
-        }
-        db.fecha();
-    } catch (...) {
-        db.descarta();
-        throw;
-    }
+    Cursor rs = consulta::sql(
+        db, QStringLiteral("SELECT \"Código\" FROM Analises WHERE Cliente = ? COLLATE BINARY ORDER BY \"Código\""),
+        {cliente});
+    for (; !rs.atEnd(); rs.moveNext())
+        codigos << rs.value(0).toString();
     return codigos;
 }
 

@@ -72,19 +72,17 @@ struct EntradaCadastro {
     Resposta resposta = Resposta::NaoPerguntado;
 };
 
-enum class EstadoCadastro {
-    Aviso,        // refused, exclamation box; the entries stay for correction
-    Critico,      // refused to protect saved recommendations, critical box
-    Pergunta,     // ask the text (Yes/No, exclamation) and call again with the answer
-    Desistiu,     // No to the rice question: nothing happens
+// What the window does once the box of the outcome, if any, is shown. A question is asked and the
+// routine called again with the answer.
+enum class Seguimento {
+    Fica,         // the entries stay: a refusal, or No to the rice question
     Concluida,    // written or deleted: back to idle
     NaoExcluida,  // No to the deletion, or no such row: entries cleared, buttons still off
 };
 
 struct ResultadoCadastro {
-    EstadoCadastro desfecho = EstadoCadastro::Aviso;
-    QString texto;
-    QString campo;       // object name of the field to put the focus back on, if any
+    Parada desfecho;  // the box to show: a refusal, or the question to ask
+    Seguimento seguimento = Seguimento::Fica;
     QString codAnalise;  // CodAnalise after the run: a new registration composes it
 };
 

@@ -1,5 +1,7 @@
 #include "clients.h"
 
+#include "store/query.h"
+
 namespace lavra {
 
 namespace {
@@ -10,46 +12,40 @@ bool sameName(const QString& a, const QString& b)
     return a.trimmed().compare(b.trimmed(), Qt::CaseInsensitive) == 0;
 }
 
-// Walks a table through the shared cursor for a row whose column holds the name.
-bool nameInTable(Store& db, const QString& table, int ordinal, const QString& nome)
+// Whether a row of the table holds the name at that column. The exact name is found through the
+// index; failing that, each distinct name is compared as a person would.
+bool nameInTable(const Store& db, const QString& table, int ordinal, const QString& nome)
 {
-    db.strSQL = QStringLiteral("SELECT * FROM %1;").arg(table);
-    db.AbreTabela(db.strSQL);
-    bool found = false;
-    while (!db.rs.atEnd()) {
-        if (sameName(db.rs.value(ordinal).toString(), nome)) {
-            found = true;
-            break;
-        }
-        db.rs.moveNext();
+    const QString column = consulta::coluna(table, ordinal);
+    if (consulta::existe(db, table, {{column, nome}}))
+        return true;
+    Cursor names = consulta::sql(db, QStringLiteral("SELECT DISTINCT %1 COLLATE BINARY FROM %2")
+                                         .arg(quoteIdentifier(column), quoteIdentifier(table)));
+    for (; !names.atEnd(); names.moveNext()) {
+        if (sameName(names.value(0).toString(), nome))
+            return true;
     }
-    db.fecha();
-    return found;
+    return false;
 }
 
 } // namespace
 
 Parada verificaCliente(Store& db, const QString& operacao, const QString& nome, const QString& nomeAnterior)
 {
-    try {
-        if (operacao == kEdicao) {
-            const bool renamed = !sameName(nome, nomeAnterior);
-            if (renamed && nameInTable(db, QStringLiteral("Analises"), 1, nomeAnterior))
-                return Desfecho::critico(kMsgEdicaoNomeCliente);
-            if (renamed && nameInTable(db, QStringLiteral("Clientes"), 0, nome))
-                return Desfecho::critico(kMsgClienteRepetido);
-        } else if (operacao == kCadastro) {
-            if (nameInTable(db, QStringLiteral("Clientes"), 0, nome))
-                return Desfecho::critico(kMsgClienteRepetido);
-        } else if (operacao == kExclusao) {
-            if (nameInTable(db, QStringLiteral("Analises"), 1, nome))
-                return Desfecho::critico(kMsgExclusaoCliente);
-        }
-        return std::nullopt;
-    } catch (...) {
-        db.descarta();
-        throw;
+    if (operacao == kEdicao) {
+        const bool renamed = !sameName(nome, nomeAnterior);
+        if (renamed && nameInTable(db, QStringLiteral("Analises"), 1, nomeAnterior))
+            return Desfecho::critico(kMsgEdicaoNomeCliente);
+        if (renamed && nameInTable(db, QStringLiteral("Clientes"), 0, nome))
+            return Desfecho::critico(kMsgClienteRepetido);
+    } else if (operacao == kCadastro) {
+        if (nameInTable(db, QStringLiteral("Clientes"), 0, nome))
+            return Desfecho::critico(kMsgClienteRepetido);
+    } else if (operacao == kExclusao) {
+        if (nameInTable(db, QStringLiteral("Analises"), 1, nome))
+            return Desfecho::critico(kMsgExclusaoCliente);
     }
+    return std::nullopt;
 }
 
 } // namespace lavra

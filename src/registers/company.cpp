@@ -2,58 +2,47 @@
 
 #include "app/session.h"
 #include "store/cursormodel.h"
+#include "store/query.h"
 #include "store/storeerror.h"
 
 namespace lavra {
 
+namespace {
+
+// The one row of Empresa, or an empty cursor, editable.
+Cursor empresa(const Store& db)
+{
+    return consulta::sql(db, QStringLiteral("SELECT * FROM Empresa ORDER BY rowid LIMIT 1"));
+}
+
+} // namespace
+
 std::optional<QStringList> LeEmpresa(Store& db)
 {
-    try {
-        db.strSQL = QStringLiteral("SELECT * FROM Empresa;");
-        db.AbreTabela(db.strSQL);
-        std::optional<QStringList> campos;
-        if (!db.rs.atEnd()) {
-            campos = QStringList();
-            for (int i = 0; i < kCamposEmpresa; ++i)
-                campos->append(db.rs.value(i).toString());
-        }
-        db.fecha();
-        return campos;
-    } catch (...) {
-        db.descarta();
-        throw;
-    }
+    const Cursor rs = empresa(db);
+    if (rs.atEnd())
+        return std::nullopt;
+    QStringList campos;
+    for (int i = 0; i < kCamposEmpresa; ++i)
+        campos.append(rs.value(i).toString());
+    return campos;
 }
 
 void SalvaEmpresa(Store& db, const QStringList& campos)
 {
-    try {
-        db.strSQL = QStringLiteral("SELECT * FROM Empresa;");
-        db.AbreTabela(db.strSQL);
-        if (db.rs.atEnd())
-            db.rs.addNew();
-        for (int i = 0; i < kCamposEmpresa; ++i)
-            db.rs.setValue(i, campos.value(i));
-        db.rs.update();
-        db.fecha();
-    } catch (...) {
-        db.descarta();
-        throw;
-    }
+    Cursor rs = empresa(db);
+    if (rs.atEnd())
+        rs.addNew();
+    for (int i = 0; i < kCamposEmpresa; ++i)
+        rs.setValue(i, campos.value(i));
+    rs.update();
 }
 
 void ExcluiEmpresa(Store& db)
 {
-    try {
-        db.strSQL = QStringLiteral("SELECT * FROM Empresa;");
-        db.AbreTabela(db.strSQL);
-        if (!db.rs.atEnd())
-            db.rs.deleteCurrent();
-        db.fecha();
-    } catch (...) {
-        db.descarta();
-        throw;
-    }
+    Cursor rs = empresa(db);
+    if (!rs.atEnd())
+        rs.deleteCurrent();
 }
 
 bool MarcaTecnico(CursorModel& view, Session& session, const QString& nome)

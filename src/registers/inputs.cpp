@@ -1,6 +1,7 @@
 #include "inputs.h"
 
 #include "base/numbers.h"
+#include "store/query.h"
 #include "store/storeerror.h"
 
 namespace lavra {
@@ -56,18 +57,10 @@ QVariantList linhaCorretivo(const QString& nome, const QString& prnt, const QStr
 
 float LeCotacao(Store& db)
 {
-    try {
-        db.strSQL = QStringLiteral("SELECT * FROM CotDolar;");
-        db.AbreTabela(db.strSQL);
-        if (db.rs.atEnd())
-            throw StoreError(QStringLiteral("A tabela CotDolar não tem a linha da cotação."));
-        const float cotacao = db.rs.value(0).toFloat();
-        db.fecha();
-        return cotacao;
-    } catch (...) {
-        db.descarta();
-        throw;
-    }
+    const Cursor rs = consulta::sql(db, QStringLiteral("SELECT * FROM CotDolar ORDER BY rowid LIMIT 1"));
+    if (rs.atEnd())
+        throw StoreError(QStringLiteral("A tabela CotDolar não tem a linha da cotação."));
+    return rs.value(0).toFloat();
 }
 
 void AtualizaCotacao(Store& db, float cotacao)

@@ -7,6 +7,7 @@
 #include "registers/company.h"
 #include "registers/interpretation.h"
 #include "store/cursormodel.h"
+#include "store/query.h"
 
 #include <cmath>
 
@@ -44,29 +45,12 @@ QString formata(const QVariant& valor, Formato formato, int casas)
     return valor.typeId() == QMetaType::QString ? valor.toString() : cellText(valor);
 }
 
-// Finds the saved row on the report pair; the pair is left closed in every case.
-std::optional<QVector<QVariant>> leLinha(Store& db, const QString& tabela, const QString& codAnalise,
+// The first saved row with both keys; an empty cell matches no key.
+std::optional<QVector<QVariant>> leLinha(const Store& db, const QString& tabela, const QString& codAnalise,
                                          const QString& codCultivo)
 {
-    try {
-        db.AbreTabelaLaudo(tabela);
-        std::optional<QVector<QVariant>> linha;
-        for (; !db.rsLaudo.atEnd(); db.rsLaudo.moveNext()) {
-            if (db.rsLaudo.value(0).toString() == codAnalise && db.rsLaudo.value(1).toString() == codCultivo) {
-                linha = QVector<QVariant>();
-                for (int c = 0; c < db.rsLaudo.columnCount(); ++c)
-                    linha->append(db.rsLaudo.value(c));
-                break;
-            }
-        }
-        db.rsLaudo.close();
-        db.cnLaudo.close();
-        return linha;
-    } catch (...) {
-        db.rsLaudo = Cursor();
-        db.cnLaudo = Connection(db.strConn);
-        throw;
-    }
+    return consulta::primeira(db, tabela,
+                              {{QStringLiteral("CodAnalise"), codAnalise}, {QStringLiteral("CodCultivo"), codCultivo}});
 }
 
 QString escapa(QString texto)
@@ -152,16 +136,16 @@ Laudo MontaLaudo(Session& session, TipoLaudo tipo, const QString& codAnalise, co
 
     const std::optional<QStringList> empresa = LeEmpresa(session.db);
     if (!empresa)
-        return {std::nullopt, kMsgSemEmpresa};
+        return {std::nullopt, Desfecho::aviso(kMsgSemEmpresa)};
     const auto linha = leLinha(session.db, def.tabela, codAnalise, codCultivo);
     if (!linha)
-        return {std::nullopt, msgSemRecomendacao(codAnalise, codCultivo)};
+        return {std::nullopt, Desfecho::aviso(msgSemRecomendacao(codAnalise, codCultivo))};
     // An old recommendation opened after another analysis was chosen must not print that one.
     if (session.Analise.value(0).toString() != codAnalise)
         CarregaAnalise(session, codAnalise);
 
     const Tecnico tecnico{session.NomeTec, session.ProfTec, session.CreaTec};
-    return {montaPagina(tipo, *linha, session.Analise, *empresa, tecnico), {}};
+    return {montaPagina(tipo, *linha, session.Analise, *empresa, tecnico), std::nullopt};
 }
 
 Laudo LaudoFormulas(Session& session, const QString& codAnalise, const QString& codCultivo)

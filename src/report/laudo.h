@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kinds.h"
+#include "base/outcome.h"
 #include "layout.h"
 
 #include <QPoint>
@@ -51,10 +52,10 @@ struct Pagina {
     const TextoPosto* texto(const QString& nome) const;
 };
 
-// A page, or the text of the exclamation box that stands in its place.
+// A page, or the box that stands in its place.
 struct Laudo {
     std::optional<Pagina> pagina;
-    QString recusa;
+    Parada recusa;
 };
 
 // The signing technician as the session holds him.

@@ -1,38 +1,17 @@
 #include "saved.h"
 
+#include "store/query.h"
 #include "store/store.h"
 
 namespace lavra::report {
 
 namespace {
 
-// Both keys as the row stores them; an empty cell matches no key.
-bool mesmaChave(const Cursor& rs, const QString& codAnalise, const QString& codCultivo)
+// The rows with both keys as an editable cursor on the first; an empty cell matches no key.
+Cursor linhasDaChave(const Store& db, const QString& tabela, const QString& codAnalise, const QString& codCultivo)
 {
-    const QVariant analise = rs.value(0);
-    const QVariant cultivo = rs.value(1);
-    return !analise.isNull() && !cultivo.isNull() && analise.toString() == codAnalise
-        && cultivo.toString() == codCultivo;
-}
-
-QString seleciona(const QString& tabela) { return QStringLiteral("SELECT * FROM ") + tabela + QStringLiteral(";"); }
-
-// Runs the walk on a connection of its own, so that the shared pair of a caller is left alone.
-// The cursor stands on the first row with both keys, or past the last.
-template <typename Acao>
-auto comLinha(const Store& db, const QString& tabela, const QString& codAnalise, const QString& codCultivo,
-              Acao acao)
-{
-    Connection cn(db.strConn);
-    cn.open();
-    Cursor rs;
-    rs.open(seleciona(tabela), cn);
-    while (!rs.atEnd() && !mesmaChave(rs, codAnalise, codCultivo))
-        rs.moveNext();
-    auto resultado = acao(rs);
-    rs.close();
-    cn.close();
-    return resultado;
+    return consulta::linhas(db, tabela,
+                            {{QStringLiteral("CodAnalise"), codAnalise}, {QStringLiteral("CodCultivo"), codCultivo}});
 }
 
 } // namespace
@@ -41,26 +20,13 @@ bool GravaInfo(Store& db, TipoLaudo tipo, const QString& codAnalise, const QStri
                const QString& info)
 {
     const DefinicaoLaudo& laudo = definicao(tipo);
-    bool gravou = false;
-    try {
-        db.strSQL = seleciona(laudo.tabela);
-        db.AbreTabela(db.strSQL);
-        Transaction transacao(db.cn);
-        for (; !db.rs.atEnd(); db.rs.moveNext()) {
-            if (mesmaChave(db.rs, codAnalise, codCultivo)) {
-                db.rs.setValue(laudo.colunaInfo, info);
-                db.rs.update();
-                gravou = true;
-                break;
-            }
-        }
-        transacao.commit();
-        db.fecha();
-    } catch (...) {
-        db.descarta();
-        throw;
-    }
-    return gravou;
+    Cursor rs = linhasDaChave(db, laudo.tabela, codAnalise, codCultivo);
+    if (rs.atEnd())
+        return false;
+    // One statement writes the one row, so a failure leaves the table as it was.
+    rs.setValue(laudo.colunaInfo, info);
+    rs.update();
+    return true;
 }
 
 QString textoPerguntaExclusao(const QString& codCultivo)
@@ -68,42 +34,32 @@ QString textoPerguntaExclusao(const QString& codCultivo)
     return QStringLiteral("A recomendação ") + codCultivo + QStringLiteral(" será excluída! Confirma?");
 }
 
-std::optional<QString> PerguntaExclusao(Store& db, const QString& tabela, const QString& codAnalise,
-                                        const QString& codCultivo)
+Parada PerguntaExclusao(Store& db, const QString& tabela, const QString& codAnalise, const QString& codCultivo)
 {
-    return comLinha(db, tabela, codAnalise, codCultivo, [](const Cursor& rs) -> std::optional<QString> {
-        if (rs.atEnd())
-            return std::nullopt;
-        return textoPerguntaExclusao(rs.value(1).toString());
-    });
+    const Cursor rs = linhasDaChave(db, tabela, codAnalise, codCultivo);
+    if (rs.atEnd())
+        return std::nullopt;
+    return Desfecho::pergunta(textoPerguntaExclusao(rs.value(1).toString()));
 }
 
 bool ExcluiRecomendacao(Store& db, const QString& tabela, const QString& codAnalise, const QString& codCultivo)
 {
-    return comLinha(db, tabela, codAnalise, codCultivo, [](Cursor& rs) {
-        if (rs.atEnd())
-            return false;
-        rs.deleteCurrent();
-        return true;
-    });
+    Cursor rs = linhasDaChave(db, tabela, codAnalise, codCultivo);
+    if (rs.atEnd())
+        return false;
+    rs.deleteCurrent();
+    return true;
 }
 
 QStringList RecomendacoesDaAnalise(Store& db, const QString& tabela, const QString& codAnalise)
 {
     QStringList chaves;
-    try {
-        db.strSQL = seleciona(tabela);
-        db.AbreTabela(db.strSQL);
-        for (; !db.rs.atEnd(); db.rs.moveNext()) {
-            const QVariant analise = db.rs.value(0);
-            if (!analise.isNull() && analise.toString() == codAnalise)
-                chaves << db.rs.value(1).toString();
-        }
-        db.fecha();
-    } catch (...) {
-        db.descarta();
-        throw;
-    }
+    Cursor rs = consulta::sql(db,
+                              QStringLiteral("SELECT CodCultivo FROM %1 WHERE CodAnalise = ? COLLATE BINARY ORDER BY rowid")
+                                  .arg(quoteIdentifier(tabela)),
+                              {codAnalise});
+    for (; !rs.atEnd(); rs.moveNext())
+        chaves << rs.value(0).toString();
     return chaves;
 }
 

@@ -108,9 +108,9 @@ protected:
         EntradaCadastro entrada{campos, operacao, codigo};
         for (;;) {
             const ResultadoCadastro r = CadastraAnalise(session.db, entrada);
-            if (r.desfecho != EstadoCadastro::Pergunta)
+            if (!r.desfecho || r.desfecho->tipo != TipoDesfecho::Pergunta)
                 return r;
-            questions << r.texto;
+            questions << r.desfecho->texto;
             entrada.resposta = answer;
         }
     }
@@ -118,7 +118,7 @@ protected:
     QString add(const CamposAnalise& campos)
     {
         const ResultadoCadastro r = run(kCadastro, campos);
-        EXPECT_EQ(r.desfecho, EstadoCadastro::Concluida) << r.texto.toStdString();
+        EXPECT_EQ(r.seguimento, Seguimento::Concluida) << (r.desfecho ? r.desfecho->texto.toStdString() : "");
         return r.codAnalise;
     }
 
@@ -189,7 +189,9 @@ TEST_F(AnalysisRegisterTest, RiceChangesPhosphorusClassOnlyUnderMehlich)
     // No to the question writes nothing.
     CamposAnalise campos = sample();
     campos.data = QStringLiteral("01/06/2021");
-    EXPECT_EQ(run(kCadastro, campos, {}, Resposta::Nao).desfecho, EstadoCadastro::Desistiu);
+    const ResultadoCadastro desistiu = run(kCadastro, campos, {}, Resposta::Nao);
+    EXPECT_EQ(desistiu.desfecho, Parada{});
+    EXPECT_EQ(desistiu.seguimento, Seguimento::Fica);
     EXPECT_EQ(rows(), 4);
 }
 
@@ -238,9 +240,8 @@ TEST_F(AnalysisRegisterTest, RefusalsWriteNothing)
         QString operacao = kCadastro;
         c.change(campos, operacao);
         const ResultadoCadastro r = run(operacao, campos);
-        EXPECT_EQ(r.desfecho, EstadoCadastro::Aviso);
-        EXPECT_EQ(r.texto, c.message);
-        EXPECT_EQ(r.campo, c.field);
+        EXPECT_EQ(r.desfecho, Desfecho::aviso(c.message, c.field));
+        EXPECT_EQ(r.seguimento, Seguimento::Fica);
     }
     EXPECT_EQ(rows(), 0);
     EXPECT_FALSE(session.db.cn.isOpen());
@@ -272,7 +273,7 @@ TEST_F(AnalysisRegisterTest, SameFarmFieldAndDateIsRefusedEvenForAnotherClient)
     CamposAnalise other = sample();
     other.cliente = QStringLiteral("Bruno");
     const ResultadoCadastro r = run(kCadastro, other);
-    EXPECT_EQ(r.texto, kMsgDuplicacao);
+    EXPECT_EQ(r.desfecho, Desfecho::aviso(kMsgDuplicacao));
     EXPECT_EQ(r.codAnalise, QStringLiteral("Santa Rita/Talhão 3/15/03/2021"));
     EXPECT_EQ(rows(), 1);
 }
@@ -287,18 +288,18 @@ TEST_F(AnalysisRegisterTest, EditKeepsOrChangesTheCode)
     // Same farm, field and date: no duplication test, the row changes in place.
     CamposAnalise edited = sample();
     edited.pH = QStringLiteral("6");
-    EXPECT_EQ(run(kEdicao, edited, first).desfecho, EstadoCadastro::Concluida);
+    EXPECT_EQ(run(kEdicao, edited, first).seguimento, Seguimento::Concluida);
     EXPECT_EQ(cell(first, 8).toFloat(), 6.0f);
     EXPECT_EQ(cell(first, 27).toInt(), 3);
 
     // Onto the other analysis's date: refused.
     edited.data = QStringLiteral("16/03/2021");
-    EXPECT_EQ(run(kEdicao, edited, first).texto, kMsgDuplicacao);
+    EXPECT_EQ(run(kEdicao, edited, first).desfecho, Desfecho::aviso(kMsgDuplicacao));
 
     // A free date: the code follows the fields.
     edited.data = QStringLiteral("17/03/2021");
     const ResultadoCadastro r = run(kEdicao, edited, first);
-    EXPECT_EQ(r.desfecho, EstadoCadastro::Concluida);
+    EXPECT_EQ(r.seguimento, Seguimento::Concluida);
     EXPECT_EQ(r.codAnalise, first);
     EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT COUNT(*) FROM Analises WHERE Código = 'Santa Rita/Talhão "
                                             "3/17/03/2021'")).toInt(), 1);
@@ -321,13 +322,12 @@ TEST_F(AnalysisRegisterTest, RecommendationsHoldEditAndDeletionBack)
         scratch.exec(QStringLiteral("INSERT INTO %1 (CodAnalise) VALUES ('%2')").arg(QString::fromLatin1(c.table), codigo));
 
         const ResultadoCadastro edit = run(kEdicao, sample(), codigo);
-        EXPECT_EQ(edit.desfecho, EstadoCadastro::Critico);
-        EXPECT_EQ(edit.texto, kMsgEdicaoComRecomendacao);
+        EXPECT_EQ(edit.desfecho, Desfecho::critico(kMsgEdicaoComRecomendacao));
 
         const ResultadoCadastro del = run(kExclusao, CamposAnalise{}, codigo);
-        EXPECT_EQ(del.desfecho, c.deletable ? EstadoCadastro::Concluida : EstadoCadastro::Critico);
+        EXPECT_EQ(del.seguimento, c.deletable ? Seguimento::Concluida : Seguimento::Fica);
         if (!c.deletable) {
-            EXPECT_EQ(del.texto, kMsgExclusaoComRecomendacao);
+            EXPECT_EQ(del.desfecho, Desfecho::critico(kMsgExclusaoComRecomendacao));
             scratch.exec(QStringLiteral("DELETE FROM Analises"));
         }
         EXPECT_EQ(rows(), 0);
@@ -339,16 +339,16 @@ TEST_F(AnalysisRegisterTest, DeletionAsksAndNoKeepsTheRow)
 {
     const QString codigo = add(sample());
     questions.clear();
-    EXPECT_EQ(run(kExclusao, {}, codigo, Resposta::Nao).desfecho, EstadoCadastro::NaoExcluida);
+    EXPECT_EQ(run(kExclusao, {}, codigo, Resposta::Nao).seguimento, Seguimento::NaoExcluida);
     EXPECT_TRUE(questions == QStringList{codigo + QStringLiteral(" será excluída, confirma?")});
     EXPECT_EQ(rows(), 1);
 
     // A code that no row has: nothing to ask.
     questions.clear();
-    EXPECT_EQ(run(kExclusao, {}, QStringLiteral("x/y/01/01/2000")).desfecho, EstadoCadastro::NaoExcluida);
+    EXPECT_EQ(run(kExclusao, {}, QStringLiteral("x/y/01/01/2000")).seguimento, Seguimento::NaoExcluida);
     EXPECT_TRUE(questions.isEmpty());
 
-    EXPECT_EQ(run(kExclusao, {}, codigo).desfecho, EstadoCadastro::Concluida);
+    EXPECT_EQ(run(kExclusao, {}, codigo).seguimento, Seguimento::Concluida);
     EXPECT_EQ(rows(), 0);
 }
 

@@ -122,7 +122,7 @@ protected:
     {
         const Laudo laudo = MontaLaudo(session, tipo, kAnalise, cultivo);
         if (!laudo.pagina) {
-            ADD_FAILURE() << laudo.recusa.toStdString();
+            ADD_FAILURE() << (laudo.recusa ? laudo.recusa->texto.toStdString() : "");
             return {};
         }
         return *laudo.pagina;
@@ -194,13 +194,13 @@ TEST_F(LaudoTest, AMissingCompanyOrRowIsRefusedWithTheKeysSetAll)
 {
     const Laudo semLinha = LaudoFormulacao(session, kAnalise, QStringLiteral("Milho-Primeiro-15/10/2026"));
     EXPECT_FALSE(semLinha.pagina);
-    EXPECT_EQ(semLinha.recusa, msgSemRecomendacao(kAnalise, QStringLiteral("Milho-Primeiro-15/10/2026")));
+    EXPECT_EQ(semLinha.recusa, Desfecho::aviso(msgSemRecomendacao(kAnalise, QStringLiteral("Milho-Primeiro-15/10/2026"))));
 
     scratch.exec(QStringLiteral("DELETE FROM Empresa"));
     const Laudo semEmpresa = LaudoFlorest(session, kAnalise, QStringLiteral("Eucalipto-Primeiro-05/09/2026"));
     EXPECT_FALSE(semEmpresa.pagina);
-    EXPECT_EQ(semEmpresa.recusa, QStringLiteral("Não há empresa cadastrada responsável pelo laudo! Acesse o menu "
-                                                "arquivo para fazer o cadastro."));
+    EXPECT_EQ(semEmpresa.recusa, Desfecho::aviso(QStringLiteral("Não há empresa cadastrada responsável pelo laudo! "
+                                                                "Acesse o menu arquivo para fazer o cadastro.")));
     // The observations window works on these even when no page came of them.
     EXPECT_EQ(session.TipoLaudo, QStringLiteral("Florestais"));
     EXPECT_EQ(session.LaudoAnalise, kAnalise);

@@ -74,7 +74,7 @@ TEST_P(SavedByKindTest, KeysOfAnAnalysisComeInTableOrderAndAreDeletedOneByOne)
     EXPECT_EQ(RecomendacoesDaAnalise(db, laudo().tabela, QString()), QStringList());
 
     EXPECT_EQ(PerguntaExclusao(db, laudo().tabela, kAnalise, kMilho),
-              QStringLiteral("A recomendação Milho-Primeiro-10/10/2021 será excluída! Confirma?"));
+              Desfecho::pergunta(QStringLiteral("A recomendação Milho-Primeiro-10/10/2021 será excluída! Confirma?")));
     EXPECT_TRUE(ExcluiRecomendacao(db, laudo().tabela, kAnalise, kMilho));
     EXPECT_EQ(RecomendacoesDaAnalise(db, laudo().tabela, kAnalise), QStringList{kSoja});
     EXPECT_EQ(RecomendacoesDaAnalise(db, laudo().tabela, kOutra), QStringList{kMilho});

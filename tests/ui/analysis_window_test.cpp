@@ -98,24 +98,11 @@ private Q_SLOTS:
         resetMachineLocale();
     }
 
-    void buttonsCarryTheirCaptionsAndOpenIdle()
+    void opensIdleWithTheMissingWindowsGreyed()
     {
         QWidget* w = h().open(QStringLiteral("frmCadAnalise"));
-        QCOMPARE(w->windowTitle(), QStringLiteral("Análises"));
-        const QList<std::pair<QString, QString>> buttons = {
-            {"cmdNovo", "Cadastrar Novo"}, {"cmdEdita", "Editar"},  {"cmdExclui", "Excluir"},
-            {"cmdCadastra", "Executar"},   {"cmdLimpa", "Cancelar"}, {"cmdSai", "Sair"},
-            {"Opt_0", "Extração por Mehlich"}, {"Opt_1", "Extração por resina"},
-            {"chk", "Esta área será utilizada para arroz irrigado"}};
-        for (const auto& [name, caption] : buttons)
-            QCOMPARE(find<QAbstractButton>(w, name)->text(), caption);
-
-        // Menus whose windows do not exist yet are offered greyed.
-        QCOMPARE(find<QAction>(w, QStringLiteral("calc"))->text(), QStringLiteral("Calculadora"));
         QVERIFY(find<QAction>(w, QStringLiteral("calc"))->isEnabled());
-        QCOMPARE(find<QAction>(w, QStringLiteral("convert"))->text(), QStringLiteral("Conversor de unidades"));
         QVERIFY(!find<QAction>(w, QStringLiteral("convert"))->isEnabled());
-        QCOMPARE(find<QAction>(w, QStringLiteral("Importa"))->text(), QStringLiteral("Importar análises"));
         QVERIFY(!find<QAction>(w, QStringLiteral("Importa"))->isEnabled());
 
         QVERIFY(idle(w));
@@ -242,11 +229,7 @@ private Q_SLOTS:
         click(w, QStringLiteral("cmdEdita"));
         QWidget* picker = cliAn();
         QVERIFY(picker);
-        QCOMPARE(picker->windowTitle(), QStringLiteral("Clientes e Análises"));
-        QCOMPARE(find<QPushButton>(picker, QStringLiteral("cmdContinua"))->text(), QStringLiteral("Prosseguir >>"));
         auto* grid = find<QTableWidget>(picker, QStringLiteral("flxCli"));
-        QCOMPARE(grid->horizontalHeaderItem(0)->text(), QStringLiteral("Nome"));
-        QCOMPARE(grid->columnCount(), 5);
 
         // Rows: Ana Souza, Bruna Reis, Bruno Lima, Carlos Dias.
         const std::pair<const char*, int> searches[] = {{"bruno", 2}, {"B", 1}, {"zz", 1}, {"c", 3}, {"", 0}};
@@ -289,7 +272,11 @@ private Q_SLOTS:
         QCOMPARE(w->focusWidget(), find<QWidget>(w, QStringLiteral("txtCliente")));
         QCOMPARE(rows(), 0);
 
-        type(w, QStringLiteral("txtCliente"), QStringLiteral(" Ana Souza "));
+        // The client and any figure can also come from the other windows, through the session.
+        emit h().session().eventos.clienteEscolhido(QStringLiteral(" Ana Souza "));
+        QCOMPARE(find<QLineEdit>(w, QStringLiteral("txtCliente"))->text(), QStringLiteral(" Ana Souza "));
+        emit h().session().eventos.valorParaAnalise(QStringLiteral("txtpH"), QStringLiteral("5,5"));
+        QCOMPARE(find<QLineEdit>(w, QStringLiteral("txtpH"))->text(), QStringLiteral("5,5"));
         click(w, QStringLiteral("cmdCadastra"));
         QVERIFY(idle(w));
         QCOMPARE(h().scalar(QStringLiteral("SELECT Cliente FROM Analises")).toString(), QStringLiteral("Ana Souza"));

@@ -108,34 +108,10 @@ private Q_SLOTS:
         QCOMPARE(child<QLabel>(main, QStringLiteral("lblNomeProf"))->text(), QStringLiteral("Bruno Lima"));
     }
 
-    void commandsAndMenusCarryTheirNamesAndCaptions()
+    void menuOpensItsWindowAndItsButtonClosesIt()
     {
         Aplicacao app(freshPath());
         FrmLavra* main = app.mostraJanelaPrincipal();
-        const QList<std::pair<QString, QString>> buttons = {
-            {"cmdCalc", "Calcular Recomendação"}, {"Análise", "Análises"},     {"cmdCliente", "Clientes"},
-            {"cmdFert", "Fertilizantes"},         {"cadCalcario", "Corretivos"}, {"Command3", "Cotação do dolar"},
-            {"cmdLaudo", "Laudo"},                {"Command4", "Consultas"},   {"Command5", "Análise gráfica"},
-            {"cmdFertig", "Atualização"},         {"cmdTroca", "Alterar"}};
-        for (const auto& [name, caption] : buttons) {
-            auto* button = child<QPushButton>(main, name);
-            QVERIFY2(button, qPrintable(name));
-            QCOMPARE(button->text(), caption);
-        }
-        const QList<std::pair<QString, QString>> actions = {
-            {"mnuCadEmp", "Cadastro da empresa"}, {"mnuRespTec", "Responsáveis técnicos"},
-            {"Importa", "Importar análises de solo"}, {"mnuImport", "Importar dados do Lavra QRT"},
-            {"mnusai", "Sair"}, {"mnuCalc", "Calculadora"}, {"convert", "Conversor de unidades"},
-            {"mnuCopyBb", "Fazer cópia do banco de dados"}, {"mnuAjud", "Ajuda do Lavra"},
-            {"artigoQRT", "Artigo do Lavra QRT"}, {"artigo2_0", "Artigo do Lavra 2.0"},
-            {"mnuSob", "Sobre o Lavra"}, {"mnuContato", "Contatos"}};
-        for (const auto& [name, caption] : actions) {
-            auto* action = child<QAction>(main, name);
-            QVERIFY2(action, qPrintable(name));
-            QCOMPARE(action->text(), caption);
-        }
-        QVERIFY(child<QLabel>(main, QStringLiteral("lblCad")));
-
         child<QAction>(main, QStringLiteral("mnuSob"))->trigger();
         QWidget* sobre = app.windows().window(QStringLiteral("frmSobre"));
         QVERIFY(sobre && sobre->isVisible());
@@ -180,8 +156,6 @@ private Q_SLOTS:
         QPointer<FrmAbertura> alive(splash);
         QCOMPARE(splash->timer()->objectName(), QStringLiteral("Timer1"));
         QCOMPARE(splash->timer()->interval(), 5000);
-        QCOMPARE(child<QLabel>(splash, QStringLiteral("lblTitulo"))->text(), QStringLiteral("LAVRA 2.1"));
-        QCOMPARE(child<QLabel>(splash, QStringLiteral("lblSubtitulo"))->text(), QStringLiteral("Calagem e adubação"));
         QSignalSpy done(splash, &FrmAbertura::terminou);
         splash->show();
         splash->timer()->setInterval(10);

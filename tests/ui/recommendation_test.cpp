@@ -52,11 +52,11 @@ private:
         c.mehlich = true;
         EntradaCadastro entrada{c, kCadastro, {}};
         ResultadoCadastro r = CadastraAnalise(h.session().db, entrada);
-        while (r.desfecho == EstadoCadastro::Pergunta) {
+        while (r.desfecho && r.desfecho->tipo == TipoDesfecho::Pergunta) {
             entrada.resposta = Resposta::Sim;
             r = CadastraAnalise(h.session().db, entrada);
         }
-        QCOMPARE(r.desfecho, EstadoCadastro::Concluida);
+        QVERIFY(!r.desfecho);
     }
 
     static QWidget* visible(UiHarness& h, const QString& name)

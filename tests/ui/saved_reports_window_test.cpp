@@ -111,6 +111,21 @@ private Q_SLOTS:
 
     void cleanup() { m_harness.reset(); }
 
+    void aNewSigningTechnicianRebuildsTheOpenReportOnly()
+    {
+        const report::DefinicaoLaudo& d = report::definicoes().front();
+        QVERIFY(abreRelatorio(d, kCoxilha, kMilho));
+        QVERIFY(obs()->isVisible());
+        const int feitos = static_cast<int>(m_feitos.size());
+        emit h().session().eventos.tecnicoAssinanteMudou();
+        QCOMPARE(m_feitos.size(), feitos + 1);
+
+        // With the observations closed there is no report to take the new signature.
+        obs()->hide();
+        emit h().session().eventos.tecnicoAssinanteMudou();
+        QCOMPARE(m_feitos.size(), feitos + 1);
+    }
+
     void insertedOrientationsReplaceTheStoredOnesAndAnEmptyBoxKeepsThem()
     {
         const QString chaves[] = {kMilho, kMilho, kEucalipto};

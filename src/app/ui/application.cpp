@@ -9,6 +9,7 @@
 #include "frmlavra.h"
 #include "infowindows.h"
 #include "messages.h"
+#include "base/outcome.h"
 #include "translations.h"
 #include "store/database.h"
 #include "store/storeerror.h"
@@ -88,9 +89,9 @@ bool AplicacaoQt::notify(QObject* receiver, QEvent* event)
     } catch (const StoreError& error) {
         erroBanco(activeWindow(), error);
     } catch (const std::exception& error) {
-        critico(activeWindow(), QStringLiteral("Ocorreu um erro inesperado:\n%1\n\nA operação foi interrompida; o "
+        mostra(activeWindow(), Desfecho::critico(QStringLiteral("Ocorreu um erro inesperado:\n%1\n\nA operação foi interrompida; o "
                                                "programa continua.")
-                                    .arg(QString::fromLocal8Bit(error.what())));
+                                    .arg(QString::fromLocal8Bit(error.what()))));
     }
     return false;
 }

@@ -1,6 +1,7 @@
 #include "desktop.h"
 
 #include "messages.h"
+#include "base/outcome.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -22,15 +23,15 @@ void abreDocumento(QWidget* parent, const QString& arquivo)
 {
     const QString caminho = QDir(QCoreApplication::applicationDirPath()).filePath(arquivo);
     if (!QFileInfo::exists(caminho)) {
-        informacao(parent, QStringLiteral("O documento \"%1\" não está instalado junto com o programa.\n\n"
+        mostra(parent, Desfecho::informacao(QStringLiteral("O documento \"%1\" não está instalado junto com o programa.\n\n"
                                           "Ele deveria estar na pasta %2.")
-                               .arg(arquivo, QDir::toNativeSeparators(QCoreApplication::applicationDirPath())));
+                               .arg(arquivo, QDir::toNativeSeparators(QCoreApplication::applicationDirPath()))));
         return;
     }
     if (!QDesktopServices::openUrl(QUrl::fromLocalFile(caminho)))
-        informacao(parent, QStringLiteral("Não foi possível abrir o documento \"%1\": não há um programa para "
+        mostra(parent, Desfecho::informacao(QStringLiteral("Não foi possível abrir o documento \"%1\": não há um programa para "
                                           "exibir arquivos PDF neste computador.")
-                               .arg(arquivo));
+                               .arg(arquivo)));
 }
 
 void abreCalculadora()

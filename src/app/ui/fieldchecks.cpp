@@ -2,6 +2,7 @@
 
 #include "base/validation.h"
 #include "messages.h"
+#include "base/outcome.h"
 
 #include <QLineEdit>
 #include <QPointer>
@@ -39,7 +40,7 @@ bool ValidaNumero(QLineEdit* caixa)
     if (check.clearField)
         caixa->clear();
     for (const QString& message : check.messages)
-        aviso(caixa->window(), message);
+        mostra(caixa->window(), Desfecho::aviso(message));
     return check.invalid;
 }
 
@@ -61,7 +62,7 @@ void checaAoSair(QLineEdit* caixa, std::optional<Grandeza> grandeza)
         }
         if (const auto g = grandezaDe(caixa)) {
             if (const auto recusa = VerificaFaixa(*g, caixa->text())) {
-                aviso(caixa->window(), *recusa);
+                mostra(caixa->window(), Desfecho::aviso(*recusa));
                 devolveFoco(caixa);
             }
         }
@@ -81,7 +82,7 @@ bool recusaCampo(QLineEdit* caixa)
     const auto recusa = RecusaNumero(aparado, grandezaDe(caixa));
     if (!recusa)
         return false;
-    aviso(caixa->window(), *recusa);
+    mostra(caixa->window(), Desfecho::aviso(*recusa));
     caixa->setFocus();
     return true;
 }
@@ -104,14 +105,14 @@ bool ValidaData(QWidget* parent, const QString& digitos)
 {
     if (lavra::ValidaData(digitos))
         return true;
-    aviso(parent, kMsgDataInvalida);
+    mostra(parent, Desfecho::aviso(kMsgDataInvalida));
     return false;
 }
 
 void AvisaValorElevado(QWidget* parent, const QVariant& valor)
 {
     if (const auto message = lavra::AvisaValorElevado(valor))
-        aviso(parent, *message);
+        mostra(parent, Desfecho::aviso(*message));
 }
 
 } // namespace lavra::ui

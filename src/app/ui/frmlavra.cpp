@@ -6,6 +6,7 @@
 #include "desktop.h"
 #include "links.h"
 #include "messages.h"
+#include "base/outcome.h"
 #include "store/storeerror.h"
 #include "windowregistry.h"
 
@@ -281,7 +282,7 @@ void FrmLavra::iniciar()
 {
     try {
         if (CarregaTecnico(m_session))
-            informacao(this, kMsgSemTecnico);
+            mostra(this, Desfecho::informacao(kMsgSemTecnico));
     } catch (const StoreError& error) {
         erroBanco(this, error);
     }

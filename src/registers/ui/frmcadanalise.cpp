@@ -4,6 +4,8 @@
 #include "app/ui/fieldchecks.h"
 #include "app/ui/desktop.h"
 #include "app/ui/messages.h"
+#include "app/ui/widgets.h"
+#include "base/outcome.h"
 #include "app/ui/windowregistry.h"
 #include "base/validation.h"
 #include "registers/analysis.h"
@@ -29,13 +31,6 @@ namespace {
 
 const QString kMascaraData = QStringLiteral("99/99/9999;_");
 
-QLabel* rotulo(const QString& texto, QWidget* campo, QWidget* parent)
-{
-    auto* label = new QLabel(texto, parent);
-    label->setBuddy(campo);
-    return label;
-}
-
 } // namespace
 
 FrmCadAnalise::FrmCadAnalise(Session& session, WindowRegistry& windows, QWidget* parent)
@@ -60,6 +55,16 @@ FrmCadAnalise::FrmCadAnalise(Session& session, WindowRegistry& windows, QWidget*
     nota->setFont(italico);
     layout->addWidget(nota);
     layout->addWidget(criaBotoes());
+
+    // The pickers and the unit converter tell this window what was chosen; it does not know them.
+    Eventos& eventos = m_session.eventos;
+    connect(&eventos, &Eventos::clienteEscolhido, this, [this](const QString& nome) { m_txtCliente->setText(nome); });
+    connect(&eventos, &Eventos::analiseEscolhida, this, &FrmCadAnalise::Carrega);
+    connect(&eventos, &Eventos::escolhaDeAnaliseCancelada, this, &FrmCadAnalise::escolhaCancelada);
+    connect(&eventos, &Eventos::valorParaAnalise, this, [this](const QString& campo, const QString& valor) {
+        if (auto* caixa = findChild<QLineEdit*>(campo))
+            caixa->setText(valor);
+    });
 
     const std::pair<QLineEdit*, Grandeza> numericos[] = {
         {m_txtAl, Grandeza::Al},         {m_txtArea, Grandeza::Area}, {m_txtArgila, Grandeza::Argila},
@@ -381,7 +386,7 @@ void FrmCadAnalise::escolhaCancelada()
 void FrmCadAnalise::busca()
 {
     if (!m_txtCliente->isEnabled()) {
-        informacao(this, QStringLiteral("Clique em Cadastrar Novo"));
+        mostra(this, Desfecho::informacao(QStringLiteral("Clique em Cadastrar Novo")));
         return;
     }
     m_windows.show(janela::kCliente, Modo::Modal);
@@ -448,30 +453,20 @@ void FrmCadAnalise::cadastra()
         for (;;) {
             const ResultadoCadastro r = CadastraAnalise(m_session.db, entrada);
             m_session.CodAnalise = r.codAnalise;
-            switch (r.desfecho) {
-            case EstadoCadastro::Pergunta:
-                entrada.resposta = confirma(this, r.texto) ? Resposta::Sim : Resposta::Nao;
+            const bool sim = r.desfecho && mostra(this, *r.desfecho);
+            if (r.desfecho && r.desfecho->tipo == TipoDesfecho::Pergunta) {
+                entrada.resposta = sim ? Resposta::Sim : Resposta::Nao;
                 continue;
-            case EstadoCadastro::Aviso:
-                aviso(this, r.texto);
-                if (auto* caixa = r.campo.isEmpty() ? nullptr : findChild<QWidget*>(r.campo))
-                    caixa->setFocus();
-                return;
-            case EstadoCadastro::Critico:
-                critico(this, r.texto);
-                return;
-            case EstadoCadastro::Desistiu:
-                return;
-            case EstadoCadastro::Concluida:
+            }
+            if (r.seguimento == Seguimento::Concluida) {
                 BloqueiaTextos();
                 m_session.Operacao.clear();
                 botoesOcupados(false);
-                return;
-            case EstadoCadastro::NaoExcluida:
+            } else if (r.seguimento == Seguimento::NaoExcluida) {
                 // The three buttons stay off until Cancelar.
                 BloqueiaTextos();
-                return;
             }
+            return;
         }
     } catch (const StoreError& error) {
         erroBanco(this, error);

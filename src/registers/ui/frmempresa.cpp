@@ -72,7 +72,7 @@ private:
         }
         for (QLineEdit* field : m_fields) {
             if (field->text().isEmpty()) {
-                aviso(this, kMsgCamposVazios);
+                mostra(this, Desfecho::aviso(kMsgCamposVazios));
                 field->setFocus();
                 return;
             }
@@ -84,13 +84,13 @@ private:
             erroBanco(this, error);
             return;
         }
-        simples(this, QStringLiteral("Cadastro efetuado com sucesso!"));
+        mostra(this, Desfecho::simples(QStringLiteral("Cadastro efetuado com sucesso!")));
         close();
     }
 
     void exclui()
     {
-        if (!confirma(this, m_fields[0]->text() + QStringLiteral(" será excluída! Confirma?")))
+        if (!mostra(this, Desfecho::pergunta(m_fields[0]->text() + QStringLiteral(" será excluída! Confirma?"))))
             return;
         try {
             ExcluiEmpresa(m_session.db);

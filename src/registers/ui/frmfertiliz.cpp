@@ -3,6 +3,7 @@
 #include "app/ui/buttons.h"
 #include "app/ui/fieldchecks.h"
 #include "app/ui/messages.h"
+#include "base/outcome.h"
 #include "app/ui/windowregistry.h"
 #include "registers/inputs.h"
 #include "registerwindow.h"
@@ -103,7 +104,7 @@ public:
         ms->setObjectName(QStringLiteral("cmdMs"));
         ms->setToolTip(QStringLiteral("O que é o teor de matéria seca"));
         ms->setFixedWidth(32);
-        connect(ms, &QPushButton::clicked, this, [this]() { informacao(this, kExplicacaoMs); });
+        connect(ms, &QPushButton::clicked, this, [this]() { mostra(this, Desfecho::informacao(kExplicacaoMs)); });
         grid->addWidget(ms, 3, 2, Qt::AlignLeft);
 
         grid->addWidget(label(QStringLiteral("Índice de eficiência")), 4, 0);
@@ -116,7 +117,7 @@ public:
         grid->addLayout(indices, 4, 1, 1, 4);
         auto* explica = new QPushButton(QStringLiteral("Ver explicação"), frame);
         explica->setObjectName(QStringLiteral("cmdExplicMSIF"));
-        connect(explica, &QPushButton::clicked, this, [this]() { informacao(this, kExplicacaoIndice); });
+        connect(explica, &QPushButton::clicked, this, [this]() { mostra(this, Desfecho::informacao(kExplicacaoIndice)); });
         grid->addWidget(explica, 4, 5);
 
         m_lblId = new QLabel(frame);
@@ -231,7 +232,7 @@ FrmTipoAdubo::FrmTipoAdubo(FrmFertiliz& register_) : QWidget(&register_, Qt::Dia
 void FrmTipoAdubo::aplica()
 {
     if (m_tipo->currentIndex() < 0) {
-        simples(this, QStringLiteral("Selecione um tipo de fertilizante"));
+        mostra(this, Desfecho::simples(QStringLiteral("Selecione um tipo de fertilizante")));
         return;
     }
     m_register.aplicaTipo(static_cast<TipoAdubo>(m_tipo->currentIndex() + 1));

@@ -1,5 +1,6 @@
 #include "app/session.h"
 #include "app/ui/messages.h"
+#include "base/outcome.h"
 #include "app/ui/windowregistry.h"
 #include "registers/company.h"
 #include "registerwindow.h"
@@ -93,12 +94,11 @@ private:
             erroBanco(this, error);
             return;
         }
-        informacao(this, QStringLiteral("Técnico: ") + nome + QStringLiteral(" seleciondado"));
-        // An open report takes the new signature at once.
-        if (QWidget* laudo = m_windows.window(janela::kObsLaudo); laudo && laudo->isVisible()) {
-            QMetaObject::invokeMethod(laudo, "RecarregaLaudo");
+        mostra(this, Desfecho::informacao(QStringLiteral("Técnico: ") + nome + QStringLiteral(" seleciondado")));
+        // An open report takes the new signature at once; this register then makes way for it.
+        emit m_session.eventos.tecnicoAssinanteMudou();
+        if (QWidget* laudo = m_windows.window(janela::kObsLaudo); laudo && laudo->isVisible())
             close();
-        }
     }
 
     QLineEdit* m_nome = nullptr;

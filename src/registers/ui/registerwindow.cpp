@@ -2,6 +2,8 @@
 
 #include "app/session.h"
 #include "app/ui/messages.h"
+#include "app/ui/widgets.h"
+#include "base/outcome.h"
 #include "registers/refusal.h"
 #include "store/cursormodel.h"
 #include "store/storeerror.h"
@@ -46,25 +48,8 @@ RegisterWindow::RegisterWindow(Session& session, WindowRegistry& windows, const 
     m_grid->setMinimumHeight(180);
     m_layout->addWidget(m_grid, 1);
 
-    connect(m_grid->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex& current) {
-                if (!current.isValid() || current.row() == m_view->currentRow())
-                    return;
-                try {
-                    m_view->setCurrentRow(current.row());
-                } catch (const StoreError& error) {
-                    // Leaving a row writes what it holds; a refused row is dropped, never to be
-                    // written by a later click.
-                    m_view->discardEdits();
-                    m_grid->setCurrentIndex(m_view->index(m_view->currentRow(), 0));
-                    showError(error);
-                }
-            });
-    connect(m_view, &CursorModel::currentRowChanged, this, [this](int row) {
-        if (row >= 0 && m_grid->currentIndex().row() != row)
-            m_grid->setCurrentIndex(m_view->index(row, 0));
-        mostraLinha();
-    });
+    sincronizaGrade(m_grid, m_view, 0, [this](const StoreError& error) { showError(error); });
+    connect(m_view, &CursorModel::currentRowChanged, this, [this]() { mostraLinha(); });
     connect(m_view, &QAbstractItemModel::modelReset, this, [this]() { ajustaColunas(); });
     connect(m_view, &CursorModel::refreshFailed, this, [this](const StoreError& error) { showError(error); });
 
@@ -233,7 +218,7 @@ void RegisterWindow::executa()
             field->setText(field->text().trimmed());
     }
     if (!VerificaTextos()) {
-        aviso(this, QStringLiteral("Há campos vazios."));
+        mostra(this, Desfecho::aviso(QStringLiteral("Há campos vazios.")));
         for (const auto& [field, ordinal] : m_fields) {
             if (field->text().trimmed().isEmpty()) {
                 field->setFocus();
@@ -244,7 +229,7 @@ void RegisterWindow::executa()
     }
     const QString op = operacao();
     if (op.isEmpty()) {
-        aviso(this, QStringLiteral("Nenhuma ação foi especificada."));
+        mostra(this, Desfecho::aviso(QStringLiteral("Nenhuma ação foi especificada.")));
         return;
     }
     try {
@@ -257,7 +242,7 @@ void RegisterWindow::executa()
             setOperacao(QString());
         } else if (op == kExclusao) {
             if (m_view->currentRow() >= 0
-                && ui::confirma(this, textoExclusao() + QStringLiteral(" será excluído, confirma?"))) {
+                && mostra(this, Desfecho::pergunta(textoExclusao() + QStringLiteral(" será excluído, confirma?")))) {
                 m_view->cursor().deleteCurrent();
                 m_view->refresh();
             }

@@ -3,10 +3,11 @@
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/messages.h"
+#include "base/outcome.h"
 #include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
 #include "registers/analysis.h"
-#include "registers/ui/frmcliente.h"
+#include "registers/ui/clientgrid.h"
 #include "report/saved.h"
 #include "report/ui/windows.h"
 #include "store/storeerror.h"
@@ -30,14 +31,6 @@ namespace {
 
 const QString kMsgSelecione = QStringLiteral("Selecione cliente, análise e recomendação!");
 
-QLabel* rotulo(const QString& nome, const QString& texto, QWidget* buddy, QWidget* parent)
-{
-    auto* label = new QLabel(texto, parent);
-    label->setObjectName(nome);
-    label->setBuddy(buddy);
-    return label;
-}
-
 } // namespace
 
 FrmAbreLaudo::FrmAbreLaudo(Session& session, WindowRegistry& windows, QWidget* parent)
@@ -50,8 +43,8 @@ FrmAbreLaudo::FrmAbreLaudo(Session& session, WindowRegistry& windows, QWidget* p
     m_txtCli = new QLineEdit(this);
     m_txtCli->setObjectName(QStringLiteral("txtCli"));
     m_txtCli->setMaximumWidth(320);
-    layout->addWidget(
-        rotulo(QStringLiteral("Label1"), QStringLiteral("Digite as iniciais do cliente para iniciar a busca"), m_txtCli, this));
+    layout->addWidget(rotulo(QStringLiteral("Digite as iniciais do cliente para iniciar a busca"), m_txtCli, this,
+                             QStringLiteral("Label1")));
     layout->addWidget(m_txtCli);
 
     auto* meio = new QHBoxLayout;
@@ -60,7 +53,8 @@ FrmAbreLaudo::FrmAbreLaudo(Session& session, WindowRegistry& windows, QWidget* p
     auto* analises = new QVBoxLayout;
     m_lstAna = new QListWidget(this);
     m_lstAna->setObjectName(QStringLiteral("lstAna"));
-    auto* lblAna = rotulo(QStringLiteral("Label2"), QStringLiteral("Análises cadastradas (Fazenda/gleba/data)"), m_lstAna, this);
+    auto* lblAna =
+        rotulo(QStringLiteral("Análises cadastradas (Fazenda/gleba/data)"), m_lstAna, this, QStringLiteral("Label2"));
     m_lstAna->setMinimumWidth(lblAna->sizeHint().width() + 20);
     analises->addWidget(lblAna);
     analises->addWidget(m_lstAna, 1);
@@ -83,9 +77,9 @@ FrmAbreLaudo::FrmAbreLaudo(Session& session, WindowRegistry& windows, QWidget* p
     auto* recomendacoes = new QVBoxLayout;
     m_lstReco = new QListWidget(this);
     m_lstReco->setObjectName(QStringLiteral("lstReco"));
-    recomendacoes->addWidget(rotulo(
-        QStringLiteral("Label3"), QStringLiteral("Recomendações cadastradas  (cultura-cultivo-data de semeadura ou plantio)"),
-        m_lstReco, this));
+    recomendacoes->addWidget(
+        rotulo(QStringLiteral("Recomendações cadastradas  (cultura-cultivo-data de semeadura ou plantio)"), m_lstReco,
+               this, QStringLiteral("Label3")));
     recomendacoes->addWidget(m_lstReco, 1);
     baixo->addLayout(recomendacoes, 1);
     layout->addLayout(baixo, 2);
@@ -183,7 +177,7 @@ std::optional<QString> FrmAbreLaudo::recomendacaoEscolhida()
 {
     const QList<QListWidgetItem*> escolhidas = m_lstReco->selectedItems();
     if (escolhidas.isEmpty() || !tipoEscolhido()) {
-        aviso(this, kMsgSelecione);
+        mostra(this, Desfecho::aviso(kMsgSelecione));
         return std::nullopt;
     }
     return escolhidas.first()->text();
@@ -222,7 +216,7 @@ void FrmAbreLaudo::exclui()
     m_session.TabelaReco = report::definicao(*tipoEscolhido()).tabela;
     try {
         const auto pergunta = report::PerguntaExclusao(m_session.db, m_session.TabelaReco, codAnalise, *chave);
-        if (pergunta && confirma(this, *pergunta))
+        if (pergunta && mostra(this, *pergunta))
             report::ExcluiRecomendacao(m_session.db, m_session.TabelaReco, codAnalise, *chave);
     } catch (const StoreError& error) {
         // Nothing was deleted; reading the list again would only tell the failure twice.

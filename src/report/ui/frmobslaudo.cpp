@@ -25,6 +25,11 @@ FrmObsLaudo::FrmObsLaudo(Session& session, WindowRegistry& windows, QWidget* par
     setObjectName(janela::kObsLaudo);
     setWindowTitle(QStringLiteral("Observações"));
     auto* layout = new QVBoxLayout(this);
+    // A new signing technician reaches the open report through here.
+    connect(&m_session.eventos, &Eventos::tecnicoAssinanteMudou, this, [this]() {
+        if (isVisible())
+            RecarregaLaudo();
+    });
 
     auto* lblUso = new QLabel(QStringLiteral("Use o campo abaixo para acrescentar informações ao laudo. As informações "
                                              "serão inseridas no campo orientações do técnico."),

@@ -1,8 +1,8 @@
 #include "reportview.h"
 
 #include "app/session.h"
-#include "app/ui/application.h"
 #include "app/ui/messages.h"
+#include "base/outcome.h"
 #include "app/ui/windowregistry.h"
 #include "store/storeerror.h"
 #include "windows.h"
@@ -269,7 +269,7 @@ bool JanelaLaudo::recarrega()
         return false;
     }
     if (!laudo.pagina) {
-        aviso(this, laudo.recusa);
+        mostra(this, *laudo.recusa);
         return false;
     }
     m_pagina = std::move(*laudo.pagina);
@@ -299,7 +299,7 @@ void JanelaLaudo::salvaComoPdf()
     if (!caminho.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive))
         caminho += QStringLiteral(".pdf");
     if (!salvaPdf(m_pagina, caminho))
-        aviso(this, QStringLiteral("Não foi possível gravar o arquivo ") + QDir::toNativeSeparators(caminho) + QLatin1Char('.'));
+        mostra(this, Desfecho::aviso(QStringLiteral("Não foi possível gravar o arquivo ") + QDir::toNativeSeparators(caminho) + QLatin1Char('.')));
 }
 
 void JanelaLaudo::amplia()
@@ -340,7 +340,7 @@ QWidget* criaRelatorio(Session& session, WindowRegistry& windows, report::TipoLa
         return nullptr;
     }
     if (!laudo.pagina) {
-        aviso(nullptr, laudo.recusa);
+        mostra(nullptr, *laudo.recusa);
         return nullptr;
     }
     return new JanelaLaudo(session, windows, std::move(*laudo.pagina));
