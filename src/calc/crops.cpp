@@ -31,100 +31,6 @@ QString prefixoPotassioGraf(int classeCtc)
 
 } // namespace
 
-// --- Crop lists ------------------------------------------------------------------------------
-
-const QStringList& culturasGraos()
-{
-    static const QStringList lista = { QStringLiteral("Amendoim"), QStringLiteral("Arroz de sequeiro"),
-        QStringLiteral("Arroz irrigado (RS)"), QStringLiteral("Arroz irrigado (SC)"),
-        QStringLiteral("Aveia branca"), QStringLiteral("Aveia preta"), QStringLiteral("Canola"),
-        QStringLiteral("Centeio"), QStringLiteral("Cevada"), QStringLiteral("Ervilha forrageira"),
-        QStringLiteral("Ervilhaca"), QStringLiteral("Feijão"), QStringLiteral("Girassol"),
-        QStringLiteral("Linho"), QStringLiteral("Milho"), QStringLiteral("Milho pipoca"),
-        QStringLiteral("Nabo forrageiro"), QStringLiteral("Painço"), QStringLiteral("Soja"),
-        QStringLiteral("Sorgo"), QStringLiteral("Tremoço"), QStringLiteral("Trigo"),
-        QStringLiteral("Triticale") };
-    return lista;
-}
-
-const QStringList& culturasHortalicas()
-{
-    static const QStringList lista = { QStringLiteral("Abóbora"), QStringLiteral("Alcachofra"),
-        QStringLiteral("Alface"), QStringLiteral("Alho"), QStringLiteral("Almeirão"),
-        QStringLiteral("Aspargo (instalação)"), QStringLiteral("Batata"), QStringLiteral("Batata-doce"),
-        QStringLiteral("Beterraba"), QStringLiteral("Brócolo"), QStringLiteral("Couve-flor"),
-        QStringLiteral("Cebola"), QStringLiteral("Cenoura"), QStringLiteral("Chicória"),
-        QStringLiteral("Ervilha"), QStringLiteral("Mandioca"), QStringLiteral("Melancia"),
-        QStringLiteral("Melão"), QStringLiteral("Moranga"), QStringLiteral("Pepino (conserva)"),
-        QStringLiteral("Pepino (partenocárpico)"), QStringLiteral("Pimentão"), QStringLiteral("Rabanete"),
-        QStringLiteral("Repolho"), QStringLiteral("Rúcula"), QStringLiteral("Tomateiro") };
-    return lista;
-}
-
-const QStringList& culturasForrageiras()
-{
-    // Position 10 has two blanks after "perenes": the tables carry it so.
-    static const QStringList lista = { QStringLiteral("Alfafa"), QStringLiteral("Capim elefante"),
-        QStringLiteral("Consorciação de gram. e de leg. de estação fria"),
-        QStringLiteral("Consorciação de gram. e de leg. de estação quente"),
-        QStringLiteral("Gramíneas anuais de estação fria"),
-        QStringLiteral("Gramíneas anuais de estação quente"),
-        QStringLiteral("Gramíneas perenes de estação fria"),
-        QStringLiteral("Gramíneas perenes de estação quente"),
-        QStringLiteral("Leguminosas anuais de estação fria"),
-        QStringLiteral("Leguminosas anuais de estação quente"),
-        QStringLiteral("Leguminosas perenes  de estação fria"),
-        QStringLiteral("Leguminosas perenes de estação quente"), QStringLiteral("Milho silagem"),
-        QStringLiteral("Pastagens naturais com introdução de gram. e leg."),
-        QStringLiteral("Pastagens naturais com introdução de gramíneas"),
-        QStringLiteral("Pastagens naturais com introdução de leguminosas"),
-        QStringLiteral("Pastagens naturais nativas ou naturalizadas"), QStringLiteral("Sorgo silagem") };
-    return lista;
-}
-
-const QStringList& culturasFlorestais()
-{
-    static const QStringList lista
-        = { QStringLiteral("Acácia-negra"), QStringLiteral("Araucária"), QStringLiteral("Bracatinga"),
-              QStringLiteral("Erva-Mate"), QStringLiteral("Eucalipto"), QStringLiteral("Pinus") };
-    return lista;
-}
-
-const QStringList& culturasOrnamentais()
-{
-    static const QStringList lista
-        = { QStringLiteral("Crisântemo de corte"), QStringLiteral("Roseira de corte") };
-    return lista;
-}
-
-const QStringList& culturasCondimentares()
-{
-    static const QStringList lista = { QStringLiteral("Alfavaca"), QStringLiteral("Calêndula"),
-        QStringLiteral("Camomila"), QStringLiteral("Capim-limão"), QStringLiteral("Cardamomo"),
-        QStringLiteral("Carqueja"), QStringLiteral("Chá"), QStringLiteral("Citronela-de-java"),
-        QStringLiteral("Coentro"), QStringLiteral("Curcuma"), QStringLiteral("Erva-doce"),
-        QStringLiteral("Estévia"), QStringLiteral("Funcho"), QStringLiteral("Gengibre"),
-        QStringLiteral("Hortelãs"), QStringLiteral("Palma-rosa"), QStringLiteral("Piretro"),
-        QStringLiteral("Salsa"), QStringLiteral("Urucum (plantio)"), QStringLiteral("Urucum (formação)"),
-        QStringLiteral("Urucum (produção)"), QStringLiteral("Vetiver") };
-    return lista;
-}
-
-const QStringList& culturasCana()
-{
-    static const QStringList lista = { QStringLiteral("Cana-planta"), QStringLiteral("Cana-soca") };
-    return lista;
-}
-
-const QStringList& culturasDoGrupo(int grupo)
-{
-    using Lista = const QStringList& (*)();
-    static constexpr std::array<Lista, 7> listas = { culturasGraos, culturasHortalicas, culturasForrageiras,
-        culturasFlorestais, culturasOrnamentais, culturasCondimentares, culturasCana };
-    static const QStringList nenhuma;
-    return grupo >= 1 && grupo <= 7 ? listas[static_cast<std::size_t>(grupo - 1)]() : nenhuma;
-}
-
 // --- Grains ----------------------------------------------------------------------------------
 
 bool nitrogenioZeroGraos(int posicao)
@@ -197,21 +103,21 @@ ChavesCultura chavesGraos(const EntradaGraos& entrada)
         sufixo = sufixoCultivoAnterior(entrada.cultivoAnterior);
 
     ChavesCultura chaves;
-    chaves.n = { QStringLiteral("GRAON"), cultura + sufixo };
+    chaves.n = { grupoCultura(grupo::Graos)->tabelaN, cultura + sufixo };
     if (arrozIrrigado(entrada.posicao)) {
         // Rice rows exist only for the first crop, and P and K keep the nitrogen's key, except
         // that the RS potassium also splits on the CTC.
         chaves.cultivoTxt = QStringLiteral("1");
-        chaves.p = { QStringLiteral("GRAOPC1"), cultura + sufixo };
+        chaves.p = { grupoCultura(grupo::Graos)->tabelaP(QStringLiteral("1")), cultura + sufixo };
         QString chaveK = cultura + sufixo;
         if (entrada.posicao == graos::ArrozIrrigadoRS)
             chaveK = cultura + (entrada.classeCtc == 4 ? QStringLiteral("2") : QStringLiteral("1"))
                 + entrada.expectativa;
-        chaves.k = { QStringLiteral("GRAOKC1"), chaveK };
+        chaves.k = { grupoCultura(grupo::Graos)->tabelaK(QStringLiteral("1")), chaveK };
     } else {
         chaves.cultivoTxt = digito(entrada.cultivo);
-        chaves.p = { QStringLiteral("GRAOPC") + chaves.cultivoTxt, cultura };
-        chaves.k = { QStringLiteral("GRAOKC") + chaves.cultivoTxt, cultura };
+        chaves.p = { grupoCultura(grupo::Graos)->tabelaP(chaves.cultivoTxt), cultura };
+        chaves.k = { grupoCultura(grupo::Graos)->tabelaK(chaves.cultivoTxt), cultura };
     }
     return chaves;
 }
@@ -259,9 +165,9 @@ ChavesCultura chavesHortalicas(int posicao, int posicaoExpectativa, int classeAr
     }
     ChavesCultura chaves;
     chaves.cultivoTxt = digito(cultivo);
-    chaves.n = { QStringLiteral("HORTN"), chaveN };
-    chaves.p = { QStringLiteral("HORTPC") + chaves.cultivoTxt, chaveP };
-    chaves.k = { QStringLiteral("HORTKC") + chaves.cultivoTxt, chaveK };
+    chaves.n = { grupoCultura(grupo::Hortalicas)->tabelaN, chaveN };
+    chaves.p = { grupoCultura(grupo::Hortalicas)->tabelaP(chaves.cultivoTxt), chaveP };
+    chaves.k = { grupoCultura(grupo::Hortalicas)->tabelaK(chaves.cultivoTxt), chaveK };
     return chaves;
 }
 
@@ -306,10 +212,10 @@ ChavesCultura chavesForrageiras(int posicao, int posicaoCultivoAnterior, int cul
         // Fallow counts as a mixture for silage maize; sorghum keeps its plain key.
         if (posicao == forrageiras::MilhoSilagem)
             chaveN += digito(posicaoCultivoAnterior == 4 ? 3 : posicaoCultivoAnterior);
-        chaves.n = { QStringLiteral("FORRAGN"), chaveN };
+        chaves.n = { grupoCultura(grupo::Forrageiras)->tabelaN, chaveN };
     }
-    chaves.p = { QStringLiteral("FORRAGPC") + chaves.cultivoTxt, cultura };
-    chaves.k = { QStringLiteral("FORRAGKC") + chaves.cultivoTxt, cultura };
+    chaves.p = { grupoCultura(grupo::Forrageiras)->tabelaP(chaves.cultivoTxt), cultura };
+    chaves.k = { grupoCultura(grupo::Forrageiras)->tabelaK(chaves.cultivoTxt), cultura };
     return chaves;
 }
 
@@ -334,7 +240,7 @@ Consulta chaveFlorestal(int posicao, double rendimento)
         else
             chave += QStringLiteral("3");
     }
-    return { QStringLiteral("FLOREST"), chave };
+    return { grupoCultura(grupo::Florestais)->tabelaN, chave };
 }
 
 // --- Medicinal, aromatic and condiment plants ------------------------------------------------
@@ -345,9 +251,9 @@ ChavesCultura chavesCondimentares(int posicao, const QString& cultivoTxt)
     if (cultura.isEmpty())
         return {};
     ChavesCultura chaves;
-    chaves.n = { QStringLiteral("CONDMEDN"), cultura };
-    chaves.p = { QStringLiteral("CONDMEDP") + cultivoTxt, cultura };
-    chaves.k = { QStringLiteral("CONDMEDK") + cultivoTxt, cultura };
+    chaves.n = { grupoCultura(grupo::Condimentares)->tabelaN, cultura };
+    chaves.p = { grupoCultura(grupo::Condimentares)->tabelaP(cultivoTxt), cultura };
+    chaves.k = { grupoCultura(grupo::Condimentares)->tabelaK(cultivoTxt), cultura };
     return chaves;
 }
 
@@ -373,9 +279,9 @@ ChavesCultura chavesCana(int posicao, int posicaoExpectativa)
     const QString comFaixa = cultura + digito(posicaoExpectativa);
     ChavesCultura chaves;
     // Plant cane has one nitrogen row for every yield band.
-    chaves.n = { QStringLiteral("HORTN"), posicao == cana::CanaSoca ? comFaixa : cultura };
-    chaves.p = { QStringLiteral("HORTPC1"), comFaixa };
-    chaves.k = { QStringLiteral("HORTKC1"), comFaixa };
+    chaves.n = { grupoCultura(grupo::Cana)->tabelaN, posicao == cana::CanaSoca ? comFaixa : cultura };
+    chaves.p = { grupoCultura(grupo::Cana)->tabelaP({}), comFaixa };
+    chaves.k = { grupoCultura(grupo::Cana)->tabelaK({}), comFaixa };
     return chaves;
 }
 
@@ -494,7 +400,7 @@ QList<ConsultaPossivel> consultasPossiveis()
         cultivoTxtDeixados << chaves.cultivoTxt;
     };
 
-    janela = janela::kGraos;
+    janela = grupoCultura(grupo::Graos)->janela;
     // The CTC class only splits the RS rice potassium; every class an analysis can hold counts.
     const QList<int> classesCtc = classesPossiveis("CTC");
     for (int posicao = 0; posicao < culturasGraos().size(); ++posicao) {
@@ -520,7 +426,7 @@ QList<ConsultaPossivel> consultasPossiveis()
         }
     }
 
-    janela = janela::kHort;
+    janela = grupoCultura(grupo::Hortalicas)->janela;
     QList<int> classesArgila;
     for (int argila = ClasseArgila(100.0f); argila <= ClasseArgila(0.0f); ++argila)
         classesArgila << argila;
@@ -533,7 +439,7 @@ QList<ConsultaPossivel> consultasPossiveis()
         }
     }
 
-    janela = janela::kForrage;
+    janela = grupoCultura(grupo::Forrageiras)->janela;
     for (int posicao = 0; posicao < culturasForrageiras().size(); ++posicao) {
         for (int anterior : posicoesDaLista(cultivosAnterioresForragem().size())) {
             for (int cultivo : kCultivos)
@@ -541,7 +447,7 @@ QList<ConsultaPossivel> consultasPossiveis()
         }
     }
 
-    janela = janela::kFlorest;
+    janela = grupoCultura(grupo::Florestais)->janela;
     for (int posicao = 0; posicao < culturasFlorestais().size(); ++posicao) {
         for (double rendimento : { 0.0, florestais::kErvaMateLimite1, florestais::kErvaMateLimite2 + 1 })
             adiciona(chaveFlorestal(posicao, rendimento));
@@ -551,13 +457,13 @@ QList<ConsultaPossivel> consultasPossiveis()
     // reads whatever digit an earlier calculation left; cane never sets one.
     cultivoTxtDeixados.removeDuplicates();
     const QStringList sufixosCondimentares = cultivoTxtDeixados;
-    janela = janela::kCondMedic;
+    janela = grupoCultura(grupo::Condimentares)->janela;
     for (int posicao = 0; posicao < culturasCondimentares().size(); ++posicao) {
         for (const QString& cultivoTxt : sufixosCondimentares)
             adicionaCultura(chavesCondimentares(posicao, cultivoTxt));
     }
 
-    janela = janela::kCana;
+    janela = grupoCultura(grupo::Cana)->janela;
     for (int posicao = 0; posicao < culturasCana().size(); ++posicao) {
         for (int e : posicoesDaLista(expectativasCana(posicao).size()))
             adicionaCultura(chavesCana(posicao, e));

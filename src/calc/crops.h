@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cropgroups.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -27,18 +29,6 @@ struct ChavesCultura {
     // What the window leaves in CultivoTxt; empty where it leaves it alone.
     QString cultivoTxt;
 };
-
-// --- Crop lists, in list order -------------------------------------------------------------
-
-const QStringList& culturasGraos();
-const QStringList& culturasHortalicas();
-const QStringList& culturasForrageiras();
-const QStringList& culturasFlorestais();
-const QStringList& culturasOrnamentais();
-const QStringList& culturasCondimentares();
-const QStringList& culturasCana();
-// The list of Grupo 1 to 7; empty for any other number.
-const QStringList& culturasDoGrupo(int grupo);
 
 // --- Grains (group 1) -----------------------------------------------------------------------
 

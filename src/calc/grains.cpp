@@ -1,11 +1,9 @@
 #include "grains.h"
 
-#include "app/navigation.h"
 #include "base/numbers.h"
 #include "app/session.h"
 #include "calc/crops.h"
 #include "registers/interpretation.h"
-#include "app/windownames.h"
 
 #include <cmath>
 
@@ -23,9 +21,7 @@ constexpr int kClasseP = 31;
 constexpr int kClasseK = 32;
 constexpr int kClasseCtc = 33;
 
-// Columns of GRAON and of the P and K tables; a class column is the class plus this offset.
-constexpr int kColRendimento = 1;
-constexpr int kColAdicional = 2;
+// Column of the base N of GRAON; a class column is the class plus this offset.
 constexpr int kColNBase = 3;
 constexpr int kDeslocamentoClasse = 2;
 
@@ -49,93 +45,14 @@ const QString kGramineas = QStringLiteral("Gramíneas");
 const QString kLeguminosas = QStringLiteral("Leguminosas");
 const QString kConsorcioPousio = QStringLiteral("Consórcio ou pousio");
 
-// The classes are small integers in the analysis; a fraction would be cut, as Int does.
 int classe(const Session& session, int ordinal)
 {
-    return static_cast<int>(std::floor(toNumber(session.Analise.value(ordinal)).value_or(0)));
+    return lavra::classe(session.Analise, ordinal);
 }
 
 float analiseSingle(const Session& session, int ordinal)
 {
     return toSingle(toNumber(session.Analise.value(ordinal)).value_or(0));
-}
-
-// A cell of the manual: a 32-bit float read as the decimal it was typed as.
-std::optional<double> celula(const QVector<QVariant>& linha, int ordinal)
-{
-    if (ordinal < 1 || ordinal >= linha.size())
-        return std::nullopt;
-    const QVariant& valor = linha.at(ordinal);
-    if (valor.typeId() == QMetaType::Float)
-        return widenShortest(valor.toFloat());
-    return toNumber(valor);
-}
-
-// The first row whose column 0 equals the key, or nothing: the search of every manual table.
-std::optional<QVector<QVariant>> leLinha(Store& db, const Consulta& consulta)
-{
-    std::optional<QVector<QVariant>> linha;
-    try {
-        db.strSQL = QStringLiteral("SELECT * FROM ") + consulta.tabela + QStringLiteral(";");
-        db.AbreTabela(db.strSQL);
-        for (; !db.rs.atEnd(); db.rs.moveNext()) {
-            if (db.rs.value(0).toString() == consulta.chave) {
-                QVector<QVariant> valores;
-                for (int c = 0; c < db.rs.columnCount(); ++c)
-                    valores << db.rs.value(c);
-                linha = valores;
-                break;
-            }
-        }
-        db.fecha();
-    } catch (...) {
-        db.descarta();
-        throw;
-    }
-    return linha;
-}
-
-Desfecho erro(const QString& texto)
-{
-    return Desfecho::critico(texto);
-}
-
-Desfecho semLinha(const Consulta& consulta)
-{
-    return erro(
-        QStringLiteral("Não há na tabela %1 uma linha para \"%2\", e o cálculo não pode ser concluído.")
-            .arg(consulta.tabela, consulta.chave));
-}
-
-Desfecho semValor(const Consulta& consulta, int ordinal)
-{
-    return erro(QStringLiteral("A linha \"%1\" da tabela %2 não tem valor na coluna %3; verifique as classes "
-                               "da análise.")
-                    .arg(consulta.chave, consulta.tabela)
-                    .arg(ordinal));
-}
-
-// A reference yield, an addition for each tonne above it, and the figure of the class.
-struct Leitura {
-    std::optional<double> valor;
-    std::optional<Desfecho> falha;
-};
-
-Leitura necessidadeDaLinha(
-    const QVector<QVariant>& linha, const Consulta& consulta, int ordinalClasse, double e)
-{
-    const auto referencia = celula(linha, kColRendimento);
-    if (!referencia)
-        return { {}, semValor(consulta, kColRendimento) };
-    const auto daClasse = celula(linha, ordinalClasse);
-    if (!daClasse)
-        return { {}, semValor(consulta, ordinalClasse) };
-    if (e <= *referencia)
-        return { *daClasse, {} };
-    const auto adicional = celula(linha, kColAdicional);
-    if (!adicional)
-        return { {}, semValor(consulta, kColAdicional) };
-    return { (e - *referencia) * *adicional + *daClasse, {} };
 }
 
 // The change of both nitrogen figures of maize by the dry mass of the previous crop.
@@ -150,7 +67,7 @@ double ajusteMassaSeca(const QString& anterior, double massa)
     return 0;
 }
 
-std::optional<Desfecho> verificaDefinicoes(const DefinicoesGraos& d, bool& limpaExpectativa)
+Parada verificaDefinicoes(const DefinicoesGraos& d, bool& limpaExpectativa)
 {
     if (d.expectativa.isEmpty())
         return Desfecho::aviso(kMsgInformeExpectativa);
@@ -194,105 +111,6 @@ QString textoElemento(const QVariant& elemento)
 
 } // namespace
 
-// ---- Shared by every crop window ------------------------------------------------------------
-
-QString textoNumero(double valor)
-{
-    if (valor == 0)
-        valor = 0; // no "-0"
-    QString texto = QString::number(valor, 'g', 15);
-    texto.replace(QLatin1Char('.'), decimalSymbol());
-    return texto;
-}
-
-QString janelaDoPlano(const QString& tipoPlano)
-{
-    if (tipoPlano == QStringLiteral("Fórmulas"))
-        return janela::kNPK;
-    if (tipoPlano == QStringLiteral("Formulação"))
-        return janela::kFormulacao;
-    return {};
-}
-
-void NecessidadeRecalculada(Session& session, bool mantemObsAjuste)
-{
-    session.RefazPlano = 1;
-    if (!mantemObsAjuste)
-        session.ObsAjuste.clear();
-}
-
-void CopiaParaNec(Session& session, const TextosNec& nec)
-{
-    for (std::size_t i = 0; i < nec.size(); ++i) {
-        const auto numero = parseNumber(nec[i]);
-        session.Nec[i] = numero ? QVariant(toSingle(*numero)) : QVariant(nec[i]);
-    }
-}
-
-std::optional<Desfecho> ProssegueCultura(Session& session, WindowHost& janelas, const QString& nomeCultura,
-    std::optional<float> expectativa, const TextosNec& nec)
-{
-    if (nec[0].isEmpty())
-        return Desfecho::aviso(kMsgNaoCalculada);
-    std::array<float, 4> valores {};
-    for (std::size_t i = 0; i < nec.size(); ++i) {
-        const auto numero = parseNumber(nec[i]);
-        if (!numero)
-            return erro(kMsgResultadoIncompleto);
-        valores[i] = toSingle(*numero);
-    }
-    session.Dados[1] = nomeCultura;
-    if (expectativa)
-        session.Dados[4] = QVariant(*expectativa);
-    for (std::size_t i = 0; i < valores.size(); ++i)
-        session.Nec[i] = QVariant(valores[i]);
-    if (session.RefazPlano == 1) {
-        FechaPlano(session, janelas);
-        session.RefazPlano = 0;
-    }
-    return std::nullopt;
-}
-
-// ---- Adjustment by the user -----------------------------------------------------------------
-
-QString perguntaAjuste()
-{
-    return QStringLiteral("A informação abaixo será impressa no laudo.\n\n\n'") + kObsAjuste
-        + QStringLiteral(".'\n\n\nConcorda?");
-}
-
-std::optional<QString> VerificaAjuste(const QStringList& ajustados)
-{
-    for (const QString& valor : ajustados) {
-        if (valor.isEmpty())
-            return kMsgCamposVazios;
-    }
-    for (const QString& valor : ajustados) {
-        if (!isNumericText(valor))
-            return kMsgCamposNaoNumericos;
-    }
-    return std::nullopt;
-}
-
-QString janelaAjustada(const QString& nomeGrupo)
-{
-    if (nomeGrupo == QStringLiteral("Produtoras de grãos"))
-        return janela::kGraos;
-    if (nomeGrupo == QStringLiteral("Hortaliças"))
-        return janela::kHort;
-    if (nomeGrupo == QStringLiteral("Forrageiras"))
-        return janela::kForrage;
-    if (nomeGrupo == QStringLiteral("Plantas Ornamentais"))
-        return janela::kOrnam;
-    return {};
-}
-
-void AplicaAjuste(Session& session)
-{
-    session.ObsAjuste = kObsAjuste;
-    session.RefazPlano = 1;
-}
-
 // ---- Grain crops ----------------------------------------------------------------------------
 
 const QStringList& sistemasSemeadura()
@@ -316,23 +134,23 @@ bool recusaIncrementoArroz(int posicao, const QString& expectativa)
     return !incremento || !incrementoArrozRSValido(*incremento);
 }
 
-CalculoGraos CalculaGraos(Session& session, const DefinicoesGraos& d)
+CalculoGraos CalculaGraos(const Store& db, Session& session, const DefinicoesGraos& d)
 {
     CalculoGraos r;
     if (auto recusa = verificaDefinicoes(d, r.limpaExpectativa)) {
-        r.recusa = recusa;
+        r.desfecho = recusa;
         return r;
     }
     // From here on the boxes hold this calculation or nothing.
     r.substituiResultado = true;
     const auto falha = [&r](const Desfecho& recusa) {
-        r.recusa = recusa;
+        r.desfecho = recusa;
         r.nec = {};
         return r;
     };
     const auto e = parseNumber(d.expectativa);
     if (!e)
-        return falha(erro(QStringLiteral("A expectativa de rendimento não é um número válido!")));
+        return falha(Desfecho::critico(QStringLiteral("A expectativa de rendimento não é um número válido!")));
 
     EntradaGraos entrada;
     entrada.posicao = d.posicao;
@@ -348,7 +166,7 @@ CalculoGraos CalculaGraos(Session& session, const DefinicoesGraos& d)
         nec[0] = QStringLiteral("0");
         nec[3] = QStringLiteral("0");
     }
-    if (const auto linha = leLinha(session.db, chaves.n)) {
+    if (const auto linha = leLinha(db, chaves.n)) {
         const int ordinal = classe(session, kClasseMO) + kDeslocamentoClasse;
         const auto base = celula(*linha, kColNBase);
         if (!base)
@@ -378,7 +196,7 @@ CalculoGraos CalculaGraos(Session& session, const DefinicoesGraos& d)
     if (d.posicao == graos::Milho) {
         const auto massa = parseNumber(d.massaSeca);
         if (!massa)
-            return falha(erro(QStringLiteral("A produção de massa seca não é um número válido!")));
+            return falha(Desfecho::critico(QStringLiteral("A produção de massa seca não é um número válido!")));
         const double ajuste = ajusteMassaSeca(d.cultivoAnterior, *massa);
         if (ajuste != 0 && !(soma(0, ajuste) && soma(3, ajuste)))
             return falha(semLinha(chaves.n));
@@ -389,7 +207,7 @@ CalculoGraos CalculaGraos(Session& session, const DefinicoesGraos& d)
         = { { { &chaves.p, classe(session, kClasseP) }, { &chaves.k, classe(session, kClasseK) } } };
     for (std::size_t n = 0; n < nutrientes.size(); ++n) {
         const Consulta& consulta = *nutrientes[n].first;
-        if (const auto linha = leLinha(session.db, consulta)) {
+        if (const auto linha = leLinha(db, consulta)) {
             const Leitura lida
                 = necessidadeDaLinha(*linha, consulta, nutrientes[n].second + kDeslocamentoClasse, *e);
             if (lida.falha)
@@ -407,7 +225,7 @@ CalculoGraos CalculaGraos(Session& session, const DefinicoesGraos& d)
             const auto gradual = toNumber(tab[kAgora + kGradual + n]);
             if (!oficial || !gradual)
                 return falha(
-                    erro(QStringLiteral("A correção gradual não pôde ser aplicada: verifique a análise.")));
+                    Desfecho::critico(QStringLiteral("A correção gradual não pôde ser aplicada: verifique a análise.")));
             if (!soma(1 + n, *gradual - *oficial))
                 return falha(semLinha(n == 0 ? chaves.p : chaves.k));
         }
@@ -463,14 +281,14 @@ QString nomeCulturaGraos(const DefinicoesGraos& d)
     return cultura;
 }
 
-std::optional<Desfecho> ProssegueGraos(
+Parada ProssegueGraos(
     Session& session, WindowHost& janelas, const DefinicoesGraos& d, const TextosNec& nec)
 {
     if (nec[0].isEmpty())
         return Desfecho::aviso(kMsgNaoCalculada);
     const auto e = parseNumber(d.expectativa);
     if (!e)
-        return erro(QStringLiteral("A expectativa de rendimento não é um número válido!"));
+        return Desfecho::critico(QStringLiteral("A expectativa de rendimento não é um número válido!"));
     return ProssegueCultura(session, janelas, nomeCulturaGraos(d), toSingle(*e), nec);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/outcome.h"
+#include "calc/cropstep.h"
 
 #include <QString>
 #include <QStringList>
@@ -11,59 +11,9 @@
 
 namespace lavra {
 
+class Store;
 struct Session;
 class WindowHost;
-
-// The need of a crop in kg/ha as its window shows it: N base, P base, K base, N cob. A box is
-// text, and it is empty where no row of the manual was found.
-using TextosNec = std::array<QString, 4>;
-
-// ---- Shared by every crop window ------------------------------------------------------------
-
-inline const QString kMsgNaoCalculada = QStringLiteral("A adubação não foi calculada ainda!");
-inline const QString kMsgPlanoIndisponivel
-    = QStringLiteral("Esta forma de plano de adubação ainda não está disponível nesta versão do programa.");
-inline const QString kMsgResultadoIncompleto = QStringLiteral(
-    "O resultado final tem campos vazios ou não numéricos, pois faltam dados da cultura nas tabelas "
-    "do programa. Use \"Ajustar\" para informar os valores.");
-
-// The text a box receives for a computed number: up to 15 significant digits, so that a sum such
-// as (3.3 - 3) x 30 shows as 9 and not as 8.999999999999995; machine's decimal symbol.
-QString textoNumero(double valor);
-
-// The plan window that TipoPlano names, "frmNPK" or "frmFormulação"; empty for anything else.
-QString janelaDoPlano(const QString& tipoPlano);
-
-// The end of a new calculation: the plan windows still open are stale now. Every crop window but
-// the grain one also drops the note of an earlier adjustment.
-void NecessidadeRecalculada(Session& session, bool mantemObsAjuste);
-
-// cmdAjusta: the boxes go to Nec, numbers as 32-bit floats and anything else as its text, so
-// that frmAjusta shows them as they stand.
-void CopiaParaNec(Session& session, const TextosNec& nec);
-
-// The common part of cmdProssegue: refuses a need that was not calculated or that holds a box
-// without a number, writing nothing; otherwise Dados(1) = nomeCultura, Dados(4) = expectativa
-// where the crop has one, Nec(0..3) as 32-bit floats, and FechaPlano if the need was
-// recalculated since the plan was opened.
-std::optional<Desfecho> ProssegueCultura(Session& session, WindowHost& janelas, const QString& nomeCultura,
-    std::optional<float> expectativa, const TextosNec& nec);
-
-// ---- Adjustment by the user (frmAjusta) -----------------------------------------------------
-
-// The note on the report, without a full stop, and the question that quotes it with one.
-inline const QString kObsAjuste = QStringLiteral(
-    "Esta recomendação foi ajustada pelo usuário do programa, consulte-o para saber as razões do ajuste");
-QString perguntaAjuste();
-inline const QString kMsgCamposNaoNumericos = QStringLiteral("Há campos não numéricos!");
-
-// First every box for emptiness, then every box for a number; nothing when all pass.
-std::optional<QString> VerificaAjuste(const QStringList& ajustados);
-// The crop window that receives the adjusted figures, by NomeGrupo; empty where none does (the
-// forest group has its own adjustment; medicinal plants and cane keep their figures).
-QString janelaAjustada(const QString& nomeGrupo);
-// After the user agreed: the note goes on the report and the plan is stale.
-void AplicaAjuste(Session& session);
 
 // ---- Grain crops (frmGraos) -----------------------------------------------------------------
 
@@ -106,7 +56,7 @@ struct DefinicoesGraos {
 
 struct CalculoGraos {
     // A refusal leaves the window as it was; any other outcome replaces the result boxes.
-    std::optional<Desfecho> recusa;
+    Parada desfecho;
     bool limpaExpectativa = false; // the RS rice increment was refused and txtExpect empties
     bool substituiResultado = false;
     TextosNec nec;
@@ -116,9 +66,8 @@ struct CalculoGraos {
 
 // cmdCalc: the checks in the window's order, then the reads of GRAON, GRAOPC<n> and GRAOKC<n>
 // by the keys of chavesGraos, the rice and maize rules and the gradual correction. On a full run
-// it sets CultivoTxt and RefazPlano and leaves ObsAjuste alone. Throws StoreError; the shared
-// pair is left closed.
-CalculoGraos CalculaGraos(Session& session, const DefinicoesGraos& definicoes);
+// it sets CultivoTxt and RefazPlano and leaves ObsAjuste alone. Throws StoreError.
+CalculoGraos CalculaGraos(const Store& db, Session& session, const DefinicoesGraos& definicoes);
 
 // The correction table of the session, filled when the window loads. Official: the manual's
 // doses by the class of P and K. Gradual: the doses by the P and K of the soil.
@@ -130,7 +79,7 @@ std::array<QString, 6> AplicaCorrecao(const std::array<QVariant, 12>& tabCorreca
 // Dados(1) of a grain crop: the list text, and for irrigated rice also the sowing system.
 QString nomeCulturaGraos(const DefinicoesGraos& definicoes);
 // cmdProssegue of the grain window; see ProssegueCultura.
-std::optional<Desfecho> ProssegueGraos(
+Parada ProssegueGraos(
     Session& session, WindowHost& janelas, const DefinicoesGraos& definicoes, const TextosNec& nec);
 
 } // namespace lavra

@@ -2,20 +2,23 @@
 
 #include "base/numbers.h"
 #include "app/session.h"
+#include "calc/cropgroups.h"
+#include "app/slots.h"
 #include "smp.h"
+#include "store/query.h"
 #include "store/store.h"
 #include "store/storeerror.h"
-#include "app/windownames.h"
 
 namespace lavra {
 
 namespace {
 
-const QString kSelectCalagem = QStringLiteral("SELECT * FROM Calagem;");
+const QString kTabelaCalagem = QStringLiteral("Calagem");
+const QString kColunaGrupo = consulta::coluna(kTabelaCalagem, 1);
 
-FalhaCalagem falta(const QString& nome)
+Desfecho falta(const QString& nome)
 {
-    return FalhaCalagem(
+    return Desfecho::critico(
         QStringLiteral("A análise escolhida não tem %1. Complete-a no cadastro de análises e calcule de novo.").arg(nome));
 }
 
@@ -31,10 +34,10 @@ T requer(const std::optional<T>& valor, const QString& nome)
 float prntDe(const EntradaCalagem& entrada)
 {
     if (!entrada.prnt)
-        throw FalhaCalagem(QStringLiteral("Não há calcário com PRNT numérico escolhido em \"Calcários cadastrados\". "
+        throw Desfecho::critico(QStringLiteral("Não há calcário com PRNT numérico escolhido em \"Calcários cadastrados\". "
                                           "Escolha um ou corrija o cadastro de calcários."));
     if (*entrada.prnt == 0)
-        throw FalhaCalagem(QStringLiteral("O PRNT do calcário escolhido é zero, e a dose não pode ser calculada. "
+        throw Desfecho::critico(QStringLiteral("O PRNT do calcário escolhido é zero, e a dose não pode ser calculada. "
                                           "Escolha outro calcário ou corrija o cadastro de calcários."));
     return *entrada.prnt;
 }
@@ -43,12 +46,6 @@ std::optional<float> numeroSimples(const QVariant& valor)
 {
     const std::optional<double> numero = toNumber(valor);
     return numero ? std::optional<float>(toSingle(*numero)) : std::nullopt;
-}
-
-bool mesmoGrupo(const QVariant& coluna, int grupo)
-{
-    const std::optional<double> numero = toNumber(coluna);
-    return numero && *numero == grupo;
 }
 
 // Need per hectare of a material of PRNT 100 from the SMP table, at the index floor.
@@ -89,51 +86,34 @@ bool SimNao(const QVariant& texto) { return texto.toString().toUpper() == QLatin
 
 QStringList SistemasDoGrupo(Store& db, int grupo)
 {
-    try {
-        db.AbreTabela(kSelectCalagem);
-        QStringList sistemas;
-        for (; !db.rs.atEnd(); db.rs.moveNext()) {
-            if (mesmoGrupo(db.rs.value(1), grupo))
-                sistemas << db.rs.value(0).toString();
-        }
-        db.fecha();
-        return sistemas;
-    } catch (...) {
-        db.descarta();
-        throw;
-    }
+    Cursor rs = consulta::linhas(db, kTabelaCalagem, {{kColunaGrupo, grupo}});
+    QStringList sistemas;
+    for (; !rs.atEnd(); rs.moveNext())
+        sistemas << rs.value(0).toString();
+    return sistemas;
 }
 
 std::optional<SistemaCalagem> LeSistemaCalagem(Store& db, int grupo, const QString& texto)
 {
-    try {
-        db.AbreTabela(kSelectCalagem);
-        std::optional<SistemaCalagem> achado;
-        for (; !db.rs.atEnd(); db.rs.moveNext()) {
-            if (!mesmoGrupo(db.rs.value(1), grupo) || db.rs.value(0).toString() != texto)
-                continue;
-            SistemaCalagem s;
-            s.texto = texto;
-            s.grupo = grupo;
-            s.indice = db.rs.value(2).toInt();
-            s.divisor = db.rs.value(3).toFloat();
-            s.a = db.rs.value(4).toFloat();
-            s.b = db.rs.value(5).toFloat();
-            s.c = db.rs.value(6).toFloat();
-            s.vAlvo = db.rs.value(7).toFloat();
-            s.pHRef = db.rs.value(8).toFloat();
-            s.vRef = db.rs.value(9).toFloat();
-            s.doisCriterios = SimNao(db.rs.value(10));
-            s.superficie = SimNao(db.rs.value(11));
-            achado = s;
-            break;
-        }
-        db.fecha();
-        return achado;
-    } catch (...) {
-        db.descarta();
-        throw;
-    }
+    const auto linha =
+        consulta::primeira(db, kTabelaCalagem, {{kColunaGrupo, grupo}, {consulta::coluna(kTabelaCalagem, 0), texto}});
+    if (!linha)
+        return std::nullopt;
+    const QVector<QVariant>& v = *linha;
+    SistemaCalagem s;
+    s.texto = texto;
+    s.grupo = grupo;
+    s.indice = v.value(2).toInt();
+    s.divisor = v.value(3).toFloat();
+    s.a = v.value(4).toFloat();
+    s.b = v.value(5).toFloat();
+    s.c = v.value(6).toFloat();
+    s.vAlvo = v.value(7).toFloat();
+    s.pHRef = v.value(8).toFloat();
+    s.vRef = v.value(9).toFloat();
+    s.doisCriterios = SimNao(v.value(10));
+    s.superficie = SimNao(v.value(11));
+    return s;
 }
 
 AnaliseCalagem analiseCalagem(const QVector<QVariant>& analise)
@@ -235,7 +215,7 @@ ExibicaoCalagem exibeCalagem(float quantidade, float divisor, std::optional<doub
     if (quantidade <= 0)
         return e;
     if (divisor == 0)
-        throw FalhaCalagem(QStringLiteral("O divisor da dose desta cultura é zero na tabela Calagem, e a dose não "
+        throw Desfecho::critico(QStringLiteral("O divisor da dose desta cultura é zero na tabela Calagem, e a dose não "
                                           "pode ser calculada."));
     e.dose = static_cast<double>(quantidade) / static_cast<double>(divisor);
     e.resultado = e.dose > 0.01 && e.dose < 1 ? formatFixed(e.dose, 2) : formatFixed(e.dose, 1);
@@ -243,7 +223,7 @@ ExibicaoCalagem exibeCalagem(float quantidade, float divisor, std::optional<doub
     if (parseNumber(e.resultado).value_or(0) <= 0)
         return e;
     if (!preco)
-        throw FalhaCalagem(QStringLiteral("O calcário escolhido não tem preço em R$/t. Corrija-o no cadastro de "
+        throw Desfecho::critico(QStringLiteral("O calcário escolhido não tem preço em R$/t. Corrija-o no cadastro de "
                                           "calcários."));
     e.custo = formatFixed(e.dose * *preco, 2);
     return e;
@@ -253,22 +233,20 @@ ResultadoCalagem CalculaCalagem(Store& db, const PedidoCalagem& pedido)
 {
     ResultadoCalagem r;
     if (pedido.naoCalcular) {
-        r.desfecho = DesfechoCalagem::Recusada;
-        r.mensagem = kMsgNaoCalcularMarcada;
+        r.desfecho = Desfecho::aviso(kMsgNaoCalcularMarcada);
         return r;
     }
     if (pedido.posicaoSistema == 0) {
-        r.desfecho = DesfechoCalagem::Recusada;
-        r.mensagem = kMsgSelecioneSistema;
+        r.desfecho = Desfecho::aviso(kMsgSelecioneSistema);
         return r;
     }
     try {
         const std::optional<SistemaCalagem> sistema = LeSistemaCalagem(db, pedido.grupo, pedido.sistema);
         if (!sistema && pedido.sistema.isEmpty())
-            throw FalhaCalagem(QStringLiteral("A tabela Calagem não tem culturas nem sistemas de cultivo para este "
+            throw Desfecho::critico(QStringLiteral("A tabela Calagem não tem culturas nem sistemas de cultivo para este "
                                               "grupo de culturas."));
         if (!sistema)
-            throw FalhaCalagem(QStringLiteral("\"%1\" não está mais na tabela Calagem para este grupo de culturas.")
+            throw Desfecho::critico(QStringLiteral("\"%1\" não está mais na tabela Calagem para este grupo de culturas.")
                                    .arg(pedido.sistema));
         r.metodoForcado = sistema->indice == kIndiceSaturacao && pedido.metodo != MetodoCalagem::SatBases;
 
@@ -281,69 +259,59 @@ ResultadoCalagem CalculaCalagem(Store& db, const PedidoCalagem& pedido)
         r.quantidade = Verifica_Necessidade_PorSistema(db, entrada).quantidade;
         r.exibicao = exibeCalagem(r.quantidade, sistema->divisor,
                                   pedido.material ? toNumber(pedido.material->preco) : std::nullopt);
-    } catch (const FalhaCalagem& falha) {
+    } catch (const Desfecho& falha) {
         // Empty labels keep the step from going on with a figure that was never worked out.
-        r.desfecho = DesfechoCalagem::Falha;
-        r.mensagem = falha.message();
+        r.desfecho = falha;
         r.exibicao = {};
     }
     return r;
 }
 
-GravacaoCalagem GravaCalagem(Session& session, const EscolhaCalagem& escolha)
+Parada GravaCalagem(Session& session, const EscolhaCalagem& escolha)
 {
     session.CustoCalcario = 0;
     if (!escolha.naoCalcular) {
         if (escolha.resultado.isEmpty() || escolha.custo.isEmpty())
-            return {DesfechoCalagem::Recusada, kMsgCalcarioNaoCalculado};
+            return Desfecho::aviso(kMsgCalcarioNaoCalculado);
         const std::optional<double> dose = parseNumber(escolha.resultado);
         const std::optional<double> preco =
             escolha.material ? parseNumber(variantNumberText(escolha.material->preco)) : std::nullopt;
         const QVariant area = session.Analise.value(6);
         if (!dose || !escolha.material)
-            return {DesfechoCalagem::Falha,
-                    QStringLiteral("Não há calcário escolhido em \"Calcários cadastrados\". Escolha um e calcule de novo.")};
+            return Desfecho::critico(
+                    QStringLiteral("Não há calcário escolhido em \"Calcários cadastrados\". Escolha um e calcule de novo."));
         if (!preco)
-            return {DesfechoCalagem::Falha,
-                    QStringLiteral("O calcário escolhido não tem preço em R$/t. Corrija-o no cadastro de calcários.")};
+            return Desfecho::critico(
+                    QStringLiteral("O calcário escolhido não tem preço em R$/t. Corrija-o no cadastro de calcários."));
         if (!toNumber(area))
-            return {DesfechoCalagem::Falha,
-                    QStringLiteral("A análise escolhida não tem a área em hectares. Complete-a no cadastro de análises.")};
+            return Desfecho::critico(
+                    QStringLiteral("A análise escolhida não tem a área em hectares. Complete-a no cadastro de análises."));
 
         // The dose is the rounded figure of the screen, so the saved row agrees with what was shown.
         const float r = toSingle(*dose);
         const float p = toSingle(*preco);
         QVector<QVariant>& dados = session.Dados;
-        dados[5] = variantNumberText(escolha.material->nome);
-        dados[6] = variantNumberText(escolha.material->prnt);
-        dados[7] = p;
-        dados[8] = r;
-        dados[9] = r * p;
-        dados[10] = produtoArea(area, r);
-        dados[11] = produtoArea(area, r * p);
-        session.CustoCalcario = toNumber(dados[11]).value_or(0);
+        dados[slot::kCalcFonte] = variantNumberText(escolha.material->nome);
+        dados[slot::kCalcPRNT] = variantNumberText(escolha.material->prnt);
+        dados[slot::kCalcPreco] = p;
+        dados[slot::kCalcDose] = r;
+        dados[slot::kCalcCusto] = r * p;
+        dados[slot::kCalcQuant] = produtoArea(area, r);
+        dados[slot::kCalcCustoTotal] = produtoArea(area, r * p);
+        session.CustoCalcario = toNumber(dados[slot::kCalcCustoTotal]).value_or(0);
     }
-    if (session.Grupo != 4) {
+    if (session.Grupo != grupo::Florestais) {
         session.CustoEtapa1 = 0;
         session.CustoEtapa2 = 0;
         session.CustoEtapa3 = 0;
     }
-    return {};
+    return std::nullopt;
 }
 
 void ExcluiCalagem(Session& session)
 {
-    for (int slot = 5; slot <= 11; ++slot)
-        session.Dados[slot] = 0;
-}
-
-QString janelaCultura(int grupo)
-{
-    static const QStringList janelas = {janela::kGraos,    janela::kHort,
-                                        janela::kForrage,  janela::kFlorest,
-                                        janela::kOrnam,    janela::kCondMedic,
-                                        janela::kCana};
-    return grupo >= 1 && grupo <= janelas.size() ? janelas[grupo - 1] : QString();
+    for (int s = slot::kCalcFonte; s <= slot::kCalcCustoTotal; ++s)
+        session.Dados[s] = 0;
 }
 
 } // namespace lavra

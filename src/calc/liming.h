@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/outcome.h"
+
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -7,7 +9,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 
 namespace lavra {
 
@@ -32,16 +33,8 @@ inline constexpr float kMgMinimo = 0.5f;
 inline constexpr float kSatAlExcecao = 10.0f;
 inline constexpr int kClassePMuitoAlta = 5;
 
-// A data fault that the liming cannot go past (a PRNT of 0, an empty value read as a number).
-// The window shows the message and stays on the step.
-class FalhaCalagem : public std::runtime_error {
-public:
-    explicit FalhaCalagem(const QString& message) : std::runtime_error(message.toStdString()), m_message(message) {}
-    QString message() const { return m_message; }
-
-private:
-    QString m_message;
-};
+// A data fault that the liming cannot go past (a PRNT of 0, an empty value read as a number) is
+// thrown as a critical Desfecho; the window shows it and stays on the step.
 
 // "S" in any case is true.
 bool SimNao(const QVariant& texto);
@@ -90,10 +83,10 @@ struct Necessidade {
     bool metodoForcado = false;
 };
 
-// Whether lime is needed for the system and how much. Throws FalhaCalagem and StoreError.
+// Whether lime is needed for the system and how much. Throws Desfecho and StoreError.
 Necessidade Verifica_Necessidade_PorSistema(Store& db, const EntradaCalagem& entrada);
 // The amount by the method of the entry, at the PRNT of the material; 0 with no method.
-// Throws FalhaCalagem and StoreError.
+// Throws Desfecho and StoreError.
 float Calcula_PorMetodo(Store& db, const EntradaCalagem& entrada);
 
 // The two labels of the result.
@@ -103,7 +96,7 @@ struct ExibicaoCalagem {
     QString custo;
 };
 // Below 1 t/ha the dose shows two decimals, from 1 on one, and a figure that rounds to 0 is
-// not priced. Throws FalhaCalagem for a divisor of 0 or a missing price, when they are needed.
+// not priced. Throws Desfecho for a divisor of 0 or a missing price, when they are needed.
 ExibicaoCalagem exibeCalagem(float quantidade, float divisor, std::optional<double> preco);
 
 // The current row of the grid of liming materials: columns 0, 1 and 3 as stored.
@@ -124,17 +117,14 @@ struct PedidoCalagem {
     std::optional<MaterialCalagem> material;
 };
 
-enum class DesfechoCalagem { Calculada, Recusada, Falha };
-
 struct ResultadoCalagem {
-    DesfechoCalagem desfecho = DesfechoCalagem::Calculada;
-    QString mensagem;  // the refusal or the fault
+    Parada desfecho;  // the refusal or the fault
     bool metodoForcado = false;
     float quantidade = 0;
     ExibicaoCalagem exibicao;
 };
 
-// The whole of cmdCalc. Database failures throw StoreError; the shared pair is left closed.
+// The whole of cmdCalc. Database failures throw StoreError.
 ResultadoCalagem CalculaCalagem(Store& db, const PedidoCalagem& pedido);
 
 // Everything cmdProssegue reads from the window.
@@ -145,20 +135,12 @@ struct EscolhaCalagem {
     std::optional<MaterialCalagem> material;
 };
 
-struct GravacaoCalagem {
-    DesfechoCalagem desfecho = DesfechoCalagem::Calculada;
-    QString mensagem;
-};
-
 // Writes slots 5 to 11 and CustoCalcario from the figures on the screen, and zeroes the cost of
 // the forest dressings outside that group. A refusal or a fault leaves the slots alone, with
 // CustoCalcario at 0.
-GravacaoCalagem GravaCalagem(Session& session, const EscolhaCalagem& escolha);
+Parada GravaCalagem(Session& session, const EscolhaCalagem& escolha);
 
 // "Não calcular calagem": slots 5 to 11 back to the integer 0.
 void ExcluiCalagem(Session& session);
-
-// The crop window of a group, 1 to 7; empty for any other number.
-QString janelaCultura(int grupo);
 
 } // namespace lavra

@@ -1,42 +1,35 @@
 #include "smp.h"
 
 #include "base/numbers.h"
-#include "store/store.h"
+#include "store/query.h"
+#include "store/storeerror.h"
+
+#include <QString>
 
 namespace lavra {
+
+namespace {
+const QString kTabelaSmp = QStringLiteral("SMP");
+}
 
 float indiceSmpConsultado(float indiceSmp)
 {
     return indiceSmp < kMenorIndiceSmp ? kMenorIndiceSmp : indiceSmp;
 }
 
-std::optional<float> consultaSmp(Store& db, float indiceSmp, int indice, ComparacaoSmp comparacao)
+std::optional<float> consultaSmp(Store& db, float indiceSmp, int indice, ComparacaoSmp)
 {
+    // The index column holds singles, which the store keeps in their shortest decimal form: the
+    // row whose index reads as the same float is found by that form, and both comparisons agree
+    // on it. An index typed with two decimals (5.45) meets no row.
     const float procurado = indiceSmpConsultado(indiceSmp);
-    // Both sides are written as the machine writes a float, so the table answers under a comma
-    // and a point alike, and an index typed with two decimals (5.45) meets no row.
-    const QString texto = numberText(procurado);
-    try {
-        db.AbreTabela(QStringLiteral("SELECT * FROM SMP;"));
-        std::optional<float> necessidade;
-        for (; !db.rs.atEnd(); db.rs.moveNext()) {
-            const QVariant coluna0 = db.rs.value(0);
-            if (coluna0.isNull())
-                continue;
-            const bool confere = comparacao == ComparacaoSmp::Texto
-                ? variantNumberText(coluna0).toUpper() == texto
-                : coluna0.toFloat() == procurado;
-            if (confere) {
-                necessidade = db.rs.value(indice).toFloat();
-                break;
-            }
-        }
-        db.fecha();
-        return necessidade;
-    } catch (...) {
-        db.descarta();
-        throw;
-    }
+    const auto linha = consulta::primeira(
+        db, kTabelaSmp, {{consulta::coluna(kTabelaSmp, 0), widenShortest(procurado)}});
+    if (!linha)
+        return std::nullopt;
+    if (indice < 0 || indice >= linha->size())
+        throw StoreError(QStringLiteral("A tabela %1 não tem a coluna %2.").arg(kTabelaSmp).arg(indice));
+    return linha->at(indice).toFloat();
 }
 
 } // namespace lavra

@@ -2,9 +2,12 @@
 
 #include "base/numbers.h"
 #include "app/session.h"
+#include "calc/cropgroups.h"
 #include "base/validation.h"
 #include "registers/analysis.h"
+#include "app/slots.h"
 #include "store/cursormodel.h"
+#include "store/query.h"
 #include "store/storeerror.h"
 
 #include <QDate>
@@ -19,7 +22,8 @@ struct Plano {
     const char* texto;
 };
 
-const Plano kPlanos[] = {{"RecoForm", 40, "formulas"}, {"RecoFormulac", 58, "formulacao"}, {"RecoFlorest", 27, "floresta"}};
+const Plano kPlanos[] = {{"RecoForm", slot::kTotalFormulas, "formulas"},
+    {"RecoFormulac", slot::kTotalFormulacao, "formulacao"}, {"RecoFlorest", slot::kTotalFlorest, "floresta"}};
 
 QString digitsOf(const QString& text)
 {
@@ -56,66 +60,60 @@ void Tabela_e_CalcCustTot(Session& session, int plano)
     session.PlanoTexto = QString::fromLatin1(p.texto);
 
     // The forest plan has three applications of its own and no separate topdressing.
-    const double total = session.Grupo == 4
+    const double total = session.Grupo == grupo::Florestais
         ? session.CustoEtapa1 + session.CustoCalcario + session.CustoEtapa2 + session.CustoEtapa3
         : session.CustoBase + session.CustoCalcario + session.CustoN;
     session.Dados[session.UltimoSlot] = FormataNumero(total, 2);
-    session.CodCultivo = slotText(session.Dados[1]) + QLatin1Char('-') + slotText(session.Dados[2])
-        + QLatin1Char('-') + slotText(session.Dados[3]);
+    session.CodCultivo = slotText(session.Dados[slot::kCultura]) + QLatin1Char('-')
+        + slotText(session.Dados[slot::kCultivoOrdem]) + QLatin1Char('-') + slotText(session.Dados[slot::kDataPlantio]);
 }
 
-bool ExisteRecomendacao(Store& db, const QString& tabela, const QString& codAnalise, const QString& codCultivo)
+namespace {
+
+QList<Chave> chavesDaRecomendacao(const QString& tabela, const QString& codAnalise, const QString& codCultivo)
 {
-    Connection connection(db.strConn);
-    connection.open();
-    Cursor rs;
-    rs.open(QStringLiteral("SELECT CodAnalise, CodCultivo FROM ") + tabela, connection);
-    bool found = false;
-    for (; !rs.atEnd() && !found; rs.moveNext())
-        found = rs.value(0).toString() == codAnalise && rs.value(1).toString() == codCultivo;
-    rs.close();
-    connection.close();
-    return found;
+    return { { consulta::coluna(tabela, 0), codAnalise }, { consulta::coluna(tabela, 1), codCultivo } };
 }
 
-ResultadoSalva SalvaRecomendacao(Session& session, const QString& data)
+} // namespace
+
+bool ExisteRecomendacao(const Store& db, const QString& tabela, const QString& codAnalise, const QString& codCultivo)
+{
+    return consulta::existe(db, tabela, chavesDaRecomendacao(tabela, codAnalise, codCultivo));
+}
+
+Parada SalvaRecomendacao(Session& session, const QString& data)
 {
     const QString digits = digitsOf(data);
     if (!ValidaData(digits))
-        return {Salvamento::DataInvalida, kMsgDataInvalida};
+        return Desfecho::aviso(kMsgDataInvalida);
     if (!QDate::fromString(digits, QStringLiteral("ddMMyyyy")).isValid())
-        return {Salvamento::DataInexistente, avisoDataInexistente(data)};
+        return Desfecho::aviso(avisoDataInexistente(data));
 
-    session.Dados[3] = data;
+    session.Dados[slot::kDataPlantio] = data;
     Tabela_e_CalcCustTot(session, session.PlanoNum);
-    session.Dados[session.UltimoSlot + 1] = session.ObsAjuste;
+    session.Dados[session.UltimoSlot + slot::fim::kAviso] = session.ObsAjuste;
     // The technician's orientations are written later, from the report.
-    session.Dados[session.UltimoSlot + 2] = QString();
+    session.Dados[session.UltimoSlot + slot::fim::kInfo] = QString();
 
     const QString codAnalise = session.Analise.value(0).toString();
-    Store& db = session.db;
-    if (ExisteRecomendacao(db, session.TabelaReco, codAnalise, session.CodCultivo))
-        return {Salvamento::Repetida, mensagemRepetida(session.CodCultivo, codAnalise)};
+    const QString& tabela = session.TabelaReco;
+    // The rows of the key: none, or the save is refused. The new row is added to them.
+    Cursor rs = consulta::linhas(session.db, tabela, chavesDaRecomendacao(tabela, codAnalise, session.CodCultivo));
+    if (!rs.atEnd())
+        return Desfecho::aviso(mensagemRepetida(session.CodCultivo, codAnalise));
 
-    try {
-        db.strSQL = QStringLiteral("SELECT * FROM ") + session.TabelaReco + QStringLiteral(";");
-        db.AbreTabela(db.strSQL);
-        db.rs.addNew();
-        db.rs.setValue(0, codAnalise);
-        db.rs.setValue(1, session.CodCultivo);
-        for (int column = 2; column < db.rs.columnCount(); ++column) {
-            const QVariant& slot = session.Dados[column - 1];
-            // The store turns each slot into the column's declared type: singles, doubles, dates
-            // from their dd/mm/yyyy text, and the rest as they stand.
-            db.rs.setValue(column, db.rs.columnType(column) == ColumnType::Date ? QVariant(slotText(slot)) : slot);
-        }
-        db.rs.update();
-        db.fecha();
-    } catch (...) {
-        db.descarta();
-        throw;
+    rs.addNew();
+    rs.setValue(0, codAnalise);
+    rs.setValue(1, session.CodCultivo);
+    for (int column = 2; column < rs.columnCount(); ++column) {
+        const QVariant& valor = session.Dados[slot::deColuna(column)];
+        // The store turns each slot into the column's declared type: singles, doubles, dates
+        // from their dd/mm/yyyy text, and the rest as they stand.
+        rs.setValue(column, rs.columnType(column) == ColumnType::Date ? QVariant(slotText(valor)) : valor);
     }
-    return {};
+    rs.update();
+    return std::nullopt;
 }
 
 } // namespace lavra

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/outcome.h"
+
 #include <QString>
 
 namespace lavra {
@@ -12,24 +14,13 @@ struct Session;
 void Tabela_e_CalcCustTot(Session& session, int plano);
 
 // Whether the table already holds a recommendation with both keys.
-bool ExisteRecomendacao(Store& db, const QString& tabela, const QString& codAnalise, const QString& codCultivo);
-
-enum class Salvamento {
-    Salva,
-    DataInvalida,    // refused by the date check
-    DataInexistente, // a day the calendar does not have, such as 31/02
-    Repetida,        // the same key is saved already; another date will do
-};
-
-struct ResultadoSalva {
-    Salvamento desfecho = Salvamento::Salva;
-    QString mensagem;
-};
+bool ExisteRecomendacao(const Store& db, const QString& tabela, const QString& codAnalise, const QString& codCultivo);
 
 // The save of the final step: the date, the total and the key, the check for a repeated key,
 // then one row of the plan's table written from the slots by each column's declared type.
-// Nothing is written unless all of it is. Throws StoreError.
-ResultadoSalva SalvaRecomendacao(Session& session, const QString& data);
+// Nothing is written unless all of it is. A refused date, a day the calendar does not have
+// (31/02) and a key saved already are refusals. Throws StoreError.
+Parada SalvaRecomendacao(Session& session, const QString& data);
 
 QString mensagemRepetida(const QString& codCultivo, const QString& codAnalise);
 

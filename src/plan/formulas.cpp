@@ -2,10 +2,12 @@
 
 #include "base/numbers.h"
 #include "app/session.h"
+#include "calc/cropgroups.h"
+#include "app/slots.h"
 #include "base/validation.h"
 #include "store/cursormodel.h"
+#include "store/query.h"
 #include "store/store.h"
-#include "app/windownames.h"
 
 #include <algorithm>
 #include <cmath>
@@ -137,21 +139,14 @@ QString TextoNecessidade(const NPKkg& nec)
 TabelaNPK LeTabelaNPK(Store& db)
 {
     TabelaNPK tabela;
-    try {
-        db.strSQL = kConsultaFormulas;
-        db.AbreTabela(db.strSQL);
-        for (int c = 0; c < db.rs.columnCount(); ++c)
-            tabela.colunas << db.rs.columnName(c);
-        for (; !db.rs.atEnd(); db.rs.moveNext()) {
-            QVariantList linha;
-            for (int c = 0; c < db.rs.columnCount(); ++c)
-                linha << db.rs.value(c);
-            tabela.linhas << linha;
-        }
-        db.fecha();
-    } catch (...) {
-        db.descarta();
-        throw;
+    Cursor rs = consulta::sql(db, kConsultaFormulas);
+    for (int c = 0; c < rs.columnCount(); ++c)
+        tabela.colunas << rs.columnName(c);
+    for (; !rs.atEnd(); rs.moveNext()) {
+        QVariantList linha;
+        for (int c = 0; c < rs.columnCount(); ++c)
+            linha << rs.value(c);
+        tabela.linhas << linha;
     }
     return tabela;
 }
@@ -202,14 +197,12 @@ ResultadoCalculo Calcula(const EntradaCalculo& entrada)
 {
     ResultadoCalculo resultado;
     if (!entrada.modo) {
-        resultado.desfecho = DesfechoCalculo::SemModo;
-        resultado.mensagem = kMsgSemModo;
+        resultado.desfecho = Desfecho::aviso(kMsgSemModo);
         return resultado;
     }
     // Without a row there is nothing to compute, not an arithmetic failure.
     if (entrada.linha[flx::kFormula].isEmpty()) {
-        resultado.desfecho = DesfechoCalculo::SemLinha;
-        resultado.mensagem = kMsgSemFertilizante;
+        resultado.desfecho = Desfecho::aviso(kMsgSemFertilizante);
         return resultado;
     }
     try {
@@ -218,8 +211,7 @@ ResultadoCalculo Calcula(const EntradaCalculo& entrada)
             celulaNumero(linha[flx::kK]) };
         // Only organic fertilisers carry an efficiency index; their dose is a matter of formulation.
         if (isNumericText(linha[flx::kEficN])) {
-            resultado.desfecho = DesfechoCalculo::Organico;
-            resultado.mensagem = kMsgOrganico;
+            resultado.desfecho = Desfecho::simples(kMsgOrganico);
             return resultado;
         }
         const float preco = celulaNumero(linha[flx::kPreco]);
@@ -251,9 +243,8 @@ ResultadoCalculo Calcula(const EntradaCalculo& entrada)
             QString::number(roundHalfEven(forn.k)) };
     } catch (const Falha& falha) {
         resultado = {};
-        resultado.desfecho = DesfechoCalculo::Erro;
-        resultado.mensagem
-            = QStringLiteral("Erro ") + QString::number(falha.numero) + QStringLiteral(" ") + falha.descricao;
+        resultado.desfecho = Desfecho::informacao(
+            QStringLiteral("Erro ") + QString::number(falha.numero) + QStringLiteral(" ") + falha.descricao);
     }
     return resultado;
 }
@@ -273,17 +264,17 @@ NPKkg FornecimentoDasCaixas(const std::array<QString, 3>& txtForn)
     return { caixa(txtForn[0]), caixa(txtForn[1]), caixa(txtForn[2]) };
 }
 
-std::optional<QString> PerguntaFornecimento(const NPKkg& nec, const NPKkg& forn)
+Parada PerguntaFornecimento(const NPKkg& nec, const NPKkg& forn)
 {
     if (Indicados(nec, forn))
         return std::nullopt;
     const QString separador = QStringLiteral("--");
-    return QStringLiteral("A necessidade de N, P e K é de   ") + numberText(nec.n) + separador
+    return Desfecho::pergunta(QStringLiteral("A necessidade de N, P e K é de   ") + numberText(nec.n) + separador
         + numberText(nec.p) + separador + numberText(nec.k) + QStringLiteral(" kg/ha")
         + QStringLiteral("\n\n") + QStringLiteral("As quantidades fonecidas de N, P e K são   ")
         + numberText(forn.n) + separador + numberText(forn.p) + separador + numberText(forn.k)
         + QStringLiteral(" kg/ha") + QStringLiteral("\n\n")
-        + QStringLiteral("CONTINUAR A RECOMENDAÇÃO COM ESTAS QUANTIDADES?");
+        + QStringLiteral("CONTINUAR A RECOMENDAÇÃO COM ESTAS QUANTIDADES?"));
 }
 
 DestinoFormula GravaFormula(Session& session, const EscolhaFormula& escolha)
@@ -294,16 +285,18 @@ DestinoFormula GravaFormula(Session& session, const EscolhaFormula& escolha)
     const QVariant quantidade = ProdutoVariant(area, dose);
 
     QVector<QVariant>& dados = session.Dados;
-    dados[12] = escolha.formula;
-    dados[13] = preco;
-    dados[14] = dose;
-    dados[15] = preco / 1000.0f * dose; // on the rounded dose, unlike the cost on the screen
-    dados[16] = quantidade;
-    dados[17] = ProdutoVariant(quantidade, preco / 1000.0f);
-    session.CustoBase = toNumber(dados[17]).value_or(0);
+    using namespace slot::produto;
+    const int b = slot::kBase;
+    dados[b + kFonte] = escolha.formula;
+    dados[b + kPreco] = preco;
+    dados[b + kDose] = dose;
+    dados[b + kCusto] = preco / 1000.0f * dose; // on the rounded dose, unlike the cost on the screen
+    dados[b + kQuant] = quantidade;
+    dados[b + kCustoTotal] = ProdutoVariant(quantidade, preco / 1000.0f);
+    session.CustoBase = toNumber(dados[b + kCustoTotal]).value_or(0);
 
     DestinoFormula destino;
-    if (session.Grupo == 4) {
+    if (session.Grupo == grupo::Florestais) {
         destino.florestal = true;
         switch (session.EtapaFlorest) {
         case 1:
@@ -332,29 +325,12 @@ DestinoFormula GravaFormula(Session& session, const EscolhaFormula& escolha)
 QList<QStringList> LinhasFlorestFormula(const Session& session)
 {
     QStringList valores;
-    for (int slot = 12; slot <= 17; ++slot)
-        valores << variantNumberText(session.Dados.value(slot));
+    for (int s = slot::kBase; s < slot::kBase + slot::produto::kTamanho; ++s)
+        valores << variantNumberText(session.Dados.value(s));
     return { { QStringLiteral("Fórmula"), QStringLiteral("Preço (R$/t)"), QStringLiteral("Dosagem (kg/ha)"),
                  QStringLiteral("Custo (R$/ha)"), QStringLiteral("Quantidade (kg)"),
                  QStringLiteral("Custo total (R$)") },
         valores };
-}
-
-QString JanelaDoGrupo(const QString& nomeGrupo)
-{
-    static const QList<std::pair<QString, QString>> janelas = {
-        { QStringLiteral("Produtoras de grãos"), janela::kGraos },
-        { QStringLiteral("Hortaliças"), janela::kHort },
-        { QStringLiteral("Forrageiras"), janela::kForrage },
-        { QStringLiteral("Plantas Ornamentais"), janela::kOrnam },
-        { QStringLiteral("Medicinais/Aromáticas/Condimentares"), janela::kCondMedic },
-        { QStringLiteral("Outras Culturas (Cana-de-acúcar)"), janela::kCana },
-    };
-    for (const auto& [grupo, janela] : janelas) {
-        if (grupo == nomeGrupo)
-            return janela;
-    }
-    return {};
 }
 
 QVariant ProdutoVariant(const QVariant& a, const QVariant& b)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/outcome.h"
+
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -33,8 +35,6 @@ inline const QString kAcimaDoNormal = QStringLiteral("Acima do Normal");
 inline const QString kNaoRequer = QStringLiteral("Não requer!");
 inline const QString kIdeal = QStringLiteral("Ideal");
 
-inline const QString kGrupoFlorestal = QStringLiteral("Essências Florestais");
-
 // Need or supply of N, P2O5 and K2O in kg/ha, as the step holds them: 32-bit floats.
 struct NPKkg {
     float n = 0;
@@ -54,7 +54,7 @@ struct TabelaNPK {
     QStringList colunas;
     QVector<QVariantList> linhas;
 };
-// Throws StoreError; the shared pair is left closed.
+// Throws StoreError.
 TabelaNPK LeTabelaNPK(Store& db);
 
 // Columns of the grid flxNPK. Column 0 is the fixed margin; the calculation reads the hidden
@@ -95,17 +95,11 @@ struct EntradaCalculo {
     LinhaFlx linha; // the selected row of the grid; all empty when there is none
 };
 
-enum class DesfechoCalculo {
-    Calculado,
-    SemModo, // no option chosen: exclamation box
-    SemLinha, // no fertiliser chosen in the grid: exclamation box
-    Organico, // plain box that sends the user to the formulation
-    Erro, // a figure that is no number or a division by zero: information box, fields kept
-};
-
 struct ResultadoCalculo {
-    DesfechoCalculo desfecho = DesfechoCalculo::Calculado;
-    QString mensagem;
+    // No option chosen, or no fertiliser chosen in the grid: a refusal. An organic fertiliser: a
+    // plain box that sends the user to the formulation. A figure that is no number or a division
+    // by zero: an information box, the fields kept.
+    Parada desfecho;
     // Unrounded, as the status labels compare them.
     float dose = 0;
     float preco = 0;
@@ -133,8 +127,8 @@ std::array<SituacaoNutriente, 3> SituacaoFornecimento(
 NPKkg FornecimentoDasCaixas(const std::array<QString, 3>& txtForn);
 
 // Nothing when the supply is within 10 kg/ha of the need for N, P and K; otherwise the question
-// (exclamation, Yes and No) whose Yes lets the plan go on.
-std::optional<QString> PerguntaFornecimento(const NPKkg& nec, const NPKkg& forn);
+// whose Yes lets the plan go on.
+Parada PerguntaFornecimento(const NPKkg& nec, const NPKkg& forn);
 
 // What the step saves of the chosen formula, as the grid and the dose box show it.
 struct EscolhaFormula {
@@ -155,9 +149,6 @@ DestinoFormula GravaFormula(Session& session, const EscolhaFormula& escolha);
 
 // The two rows the forest plan shows for this dressing: the headings, then slots 12 to 17.
 QList<QStringList> LinhasFlorestFormula(const Session& session);
-
-// The crop window the plan returns to, by the group's name; empty for an unknown name.
-QString JanelaDoGrupo(const QString& nomeGrupo);
 
 // A product of two session values as the program's variants give it: the type follows the
 // operands (two singles stay single, a double or a text makes a double), and null stays null.

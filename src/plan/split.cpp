@@ -2,6 +2,7 @@
 
 #include "base/numbers.h"
 #include "app/session.h"
+#include "app/slots.h"
 #include "formulas.h"
 #include "app/windownames.h"
 
@@ -84,37 +85,38 @@ QString DoseParcela(const QString& porcentagem, const QString& txtFnt)
     return textoPadrao(PercentualDe(porcentagem) / 100.0 * *fonte);
 }
 
-std::optional<QString> Verifica(int n, const Parcelas& parcelas)
+Parada Verifica(int n, const Parcelas& parcelas)
 {
     n = std::clamp(n, 0, kMaxParcelas);
     for (int i = 0; i < n; ++i) {
         if (parcelas[i].porcentagem.isEmpty())
-            return kMsgParcelas;
+            return Desfecho::aviso(kMsgParcelas);
     }
     for (int i = 0; i < n; ++i) {
         if (parcelas[i].epoca.isEmpty())
-            return kMsgEpocas;
+            return Desfecho::aviso(kMsgEpocas);
     }
     int soma = 0;
     for (int i = 0; i < n; ++i)
         soma += PercentualDe(parcelas[i].porcentagem);
     if (soma > 100)
-        return kMsgSomaMaior;
+        return Desfecho::aviso(kMsgSomaMaior);
     if (soma < 100)
-        return kMsgSomaMenor;
+        return Desfecho::aviso(kMsgSomaMenor);
     return std::nullopt;
 }
 
-std::optional<QString> ProssegueParcelamento(Session& session, const EntradaParcelamento& entrada)
+Parada ProssegueParcelamento(Session& session, const EntradaParcelamento& entrada)
 {
     if (LeNecessidadeCobertura(session) != 0.0f) {
-        if (std::optional<QString> falha = Verifica(entrada.numero, entrada.parcelas))
+        if (Parada falha = Verifica(entrada.numero, entrada.parcelas))
             return falha;
         const std::optional<double> fonte = parseNumber(entrada.txtFnt);
         if (!fonte)
-            return kMsgSemDoseFonte;
+            return Desfecho::aviso(kMsgSemDoseFonte);
 
-        const int b = session.PlanoNum == 2 ? 36 : 18;
+        using namespace slot::produto;
+        const int b = session.PlanoNum == 2 ? slot::kCobFormulacao : slot::kCobFormulas;
         const float preco = toSingle(toNumber(entrada.preco).value_or(0));
         const float dose = toSingle(*fonte);
         // The dose enters the products as the text of its box, which makes them doubles.
@@ -122,30 +124,21 @@ std::optional<QString> ProssegueParcelamento(Session& session, const EntradaParc
         const QVariant custoTotal = ProdutoVariant(quantidade, preco);
 
         QVector<QVariant>& dados = session.Dados;
-        dados[b] = entrada.fonte;
-        dados[b + 1] = preco;
-        dados[b + 2] = dose;
-        dados[b + 3] = toSingle(*fonte * preco / 1000.0);
-        dados[b + 4] = quantidade;
-        dados[b + 5] = custoTotal.isValid() ? QVariant(custoTotal.toDouble() / 1000.0) : QVariant();
+        dados[b + kFonte] = entrada.fonte;
+        dados[b + kPreco] = preco;
+        dados[b + kDose] = dose;
+        dados[b + kCusto] = toSingle(*fonte * preco / 1000.0);
+        dados[b + kQuant] = quantidade;
+        dados[b + kCustoTotal] = custoTotal.isValid() ? QVariant(custoTotal.toDouble() / 1000.0) : QVariant();
         const int n = std::clamp(entrada.numero, 0, kMaxParcelas);
         for (int i = 0; i < n; ++i) {
-            dados[b + 6 + 2 * i] = toSingle(parseNumber(entrada.parcelas[i].dose).value_or(0));
-            dados[b + 7 + 2 * i] = entrada.parcelas[i].epoca;
+            dados[b + slot::kParcelas + 2 * i] = toSingle(parseNumber(entrada.parcelas[i].dose).value_or(0));
+            dados[b + slot::kParcelas + 2 * i + 1] = entrada.parcelas[i].epoca;
         }
-        session.CustoN = toNumber(dados[b + 5]).value_or(0);
+        session.CustoN = toNumber(dados[b + kCustoTotal]).value_or(0);
     }
     session.JanelaAnterior = janela::kParcelaN;
     return std::nullopt;
-}
-
-QString JanelaDoPlano(const QString& tipoPlano)
-{
-    if (tipoPlano == QStringLiteral("Fórmulas"))
-        return janela::kNPK;
-    if (tipoPlano == QStringLiteral("Formulação"))
-        return janela::kFormulacao;
-    return {};
 }
 
 } // namespace lavra

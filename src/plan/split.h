@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/outcome.h"
+
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -68,7 +70,7 @@ using Parcelas = std::array<Parcela, kMaxParcelas>;
 
 // The check of the first n parcels before going on: the first fault's message, or nothing.
 // The shares must add up to exactly 100.
-std::optional<QString> Verifica(int n, const Parcelas& parcelas);
+Parada Verifica(int n, const Parcelas& parcelas);
 
 struct EntradaParcelamento {
     QString fonte; // grid ordinal 1 of the selected row
@@ -82,9 +84,6 @@ struct EntradaParcelamento {
 // written. Otherwise the source and the parcels are checked, and the nitrogen block at base 18
 // (36 for formulation) and CustoN written. Pairs above the chosen number of parcels keep what an
 // earlier pass left there. Returns the refusal to show, or nothing when the step may go on.
-std::optional<QString> ProssegueParcelamento(Session& session, const EntradaParcelamento& entrada);
-
-// The plan window the split returns to, by TipoPlano; empty for an unknown plan.
-QString JanelaDoPlano(const QString& tipoPlano);
+Parada ProssegueParcelamento(Session& session, const EntradaParcelamento& entrada);
 
 } // namespace lavra

@@ -1,5 +1,7 @@
 #include "layout.h"
 
+#include "app/slots.h"
+
 #include <array>
 
 namespace lavra::report {
@@ -150,12 +152,12 @@ void Montador::identificacao()
                                      {"Local:", Origem::Analise, 2},
                                      {"Fazenda:", Origem::Analise, 3},
                                      {"Gleba:", Origem::Analise, 4},
-                                     {"Cultura:", Origem::Coluna, 2}};
+                                     {"Cultura:", Origem::Coluna, slot::coluna(slot::kCultura)}};
     static const Linha direita[] = {{"Área da gleba (ha):", Origem::Analise, 6},
-                                    {"Cultivo após análise:", Origem::Coluna, 3},
-                                    {"Expectativa de rendim. (t/ha):", Origem::Coluna, 5},
+                                    {"Cultivo após análise:", Origem::Coluna, slot::coluna(slot::kCultivoOrdem)},
+                                    {"Expectativa de rendim. (t/ha):", Origem::Coluna, slot::coluna(slot::kExpectativa)},
                                     {"Registro da análise de solo:", Origem::Analise, 7},
-                                    {"Data de semeadura ou plantio:", Origem::Coluna, 4}};
+                                    {"Data de semeadura ou plantio:", Origem::Coluna, slot::coluna(slot::kDataPlantio)}};
     constexpr int larguraLegenda = 1250;
     constexpr int larguraLegendaDireita = 2900;
     for (int k = 0; k < 5; ++k) {
@@ -249,7 +251,7 @@ void Montador::calagem(int cabecalhos, int valores)
         const int wk = k == 0 ? primeira : w;
         legenda(QStringLiteral("cabCalcr%1").arg(k + 1), x, cabecalhos, wk, utf8(colunas[k].cabecalho), kFonteCabecalho,
                 Alinhamento::Centro);
-        campo(QStringLiteral("lblCalcr%1").arg(k + 1), x, valores, wk, Origem::Coluna, 6 + k, kFonteCampo,
+        campo(QStringLiteral("lblCalcr%1").arg(k + 1), x, valores, wk, Origem::Coluna, slot::coluna(slot::kCalcFonte) + k, kFonteCampo,
               Alinhamento::Centro, colunas[k].formato, colunas[k].casas);
     }
 }
@@ -315,10 +317,11 @@ void Montador::rodape(const Rodape& r)
           kFonteTotal, Alinhamento::Direita, Formato::Numero, 2, 300);
     traco(r.traco2);
     legenda(QStringLiteral("legAvAjust"), 0, r.obs, 550, QStringLiteral("OBS:"), kFonteLegenda);
-    campo(QStringLiteral("lblAvAjust"), 550, r.obs, largura() - 550, Origem::Coluna, r.colunaCusto + 1, kFonteObs);
+    campo(QStringLiteral("lblAvAjust"), 550, r.obs, largura() - 550, Origem::Coluna, r.colunaCusto + slot::fim::kAviso,
+          kFonteObs);
     legenda(QStringLiteral("legInfo"), 0, r.orientacoes, 4000, QStringLiteral("Orientações do técnico:"),
             kFonteLegenda);
-    Campo& info = campo(QStringLiteral("lblInfo"), 0, r.info, largura(), Origem::Coluna, r.colunaCusto + 2,
+    Campo& info = campo(QStringLiteral("lblInfo"), 0, r.info, largura(), Origem::Coluna, r.colunaCusto + slot::fim::kInfo,
                         kFonteCampo, Alinhamento::Esquerda, Formato::Bruto, 0, 675);
     info.quebraLinhas = true;
     info.moldura = true;
@@ -362,12 +365,13 @@ Layout formulas()
     m.calagem(5424, 5650);
     m.traco(5993);
     m.titulo(QStringLiteral("titBase"), 6223, QStringLiteral("ADUBAÇÃO DE BASE"));
-    m.produtos(QStringLiteral("Base"), "Fórmula", 6554, {6780}, 13);
+    m.produtos(QStringLiteral("Base"), "Fórmula", 6554, {6780}, slot::coluna(slot::kBase));
     m.traco(7123);
     m.titulo(QStringLiteral("titCobertura"), 7240, QStringLiteral("ADUBAÇÃO DE COBERTURA"));
-    m.produtos(QStringLiteral("Cob"), "Fonte", 7571, {7797}, 19);
-    m.parcelas(8138, 8364, 25, false);
-    m.rodape({9383, 9512, 9948, 10078, 10304, 10545, 11325, 11892, 11980, 12206, 12432, 41});
+    m.produtos(QStringLiteral("Cob"), "Fonte", 7571, {7797}, slot::coluna(slot::kCobFormulas));
+    m.parcelas(8138, 8364, slot::coluna(slot::kCobFormulas + slot::kParcelas), false);
+    m.rodape({9383, 9512, 9948, 10078, 10304, 10545, 11325, 11892, 11980, 12206, 12432,
+              slot::coluna(slot::kTotalFormulas)});
     return l;
 }
 
@@ -378,12 +382,12 @@ Layout formulacao()
     m.calagem(5311, 5537);
     m.traco(5880);
     m.titulo(QStringLiteral("titBase"), 5997, QStringLiteral("ADUBAÇÃO DE BASE"));
-    m.produtos(QStringLiteral("Base"), "Fonte", 6215, {6441, 6667, 6893, 7119}, 13);
+    m.produtos(QStringLiteral("Base"), "Fonte", 6215, {6441, 6667, 6893, 7119}, slot::coluna(slot::kBase));
     m.traco(7462);
     m.titulo(QStringLiteral("titCobertura"), 7579, QStringLiteral("ADUBAÇÃO DE COBERTURA"));
-    m.produtos(QStringLiteral("Cob"), "Fonte", 7797, {8023}, 37);
-    m.parcelas(8364, 8590, 43, true);
-    m.rodape(rodapeLongo(59));
+    m.produtos(QStringLiteral("Cob"), "Fonte", 7797, {8023}, slot::coluna(slot::kCobFormulacao));
+    m.parcelas(8364, 8590, slot::coluna(slot::kCobFormulacao + slot::kParcelas), true);
+    m.rodape(rodapeLongo(slot::coluna(slot::kTotalFormulacao)));
     return l;
 }
 
@@ -397,7 +401,7 @@ Layout florest()
     m.titulo(QStringLiteral("titFlorest"), 5997,
              QStringLiteral("ADUBAÇÃO DE PLANTIO, COBERTURA E REPOSIÇÃO (APRESNTADAS NESSA ÓRDEM)"));
     m.florestal(6328, 9609 - 6328);
-    m.rodape(rodapeLongo(28));
+    m.rodape(rodapeLongo(slot::coluna(slot::kTotalFlorest)));
     return l;
 }
 

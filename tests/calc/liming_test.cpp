@@ -90,10 +90,8 @@ const CasoMetodo kCasosMetodo[] = {
     {"DivisorHalvesTheDose", kConsolidado, MetodoCalagem::SMP, {.pH = 5.0f, .V = 50.0f}, kDolomitico, 13.2f, "6.6", "1452.00"},
     {"SmpColumnOfPh55", kArrozSeco, MetodoCalagem::SMP, {.pH = 5.0f, .SMP = 6.0f}, kDolomitico, 2.1333334f, "2.1", "469.33"},
     {"SmpIndexBelowTheTableReads44", kConvencional, MetodoCalagem::SMP, {.SMP = 4.2f}, kFiller, 22.105263f, "22.1", "8510.53"},
-    {"SmpIndex44", kConvencional, MetodoCalagem::SMP, {.SMP = 4.4f}, kFiller, 22.105263f, "22.1", "8510.53"},
     {"SmpIndexAboveTheTableGivesNothing", kConvencional, MetodoCalagem::SMP, {.SMP = 7.2f}, kDolomitico, 0, "0", "0"},
     {"MediaWithoutSmpRowKeepsHalfTheSaturation", kConvencional, MetodoCalagem::Media, {.SMP = 7.2f}, kDolomitico, 2.0f, "2.0", "440.00"},
-    {"MediaWithTwoDecimalIndex", kConvencional, MetodoCalagem::Media, {.SMP = 5.45f}, kDolomitico, 2.0f, "2.0", "440.00"},
     {"SaturationAboveTargetShowsZero", kConvencional, MetodoCalagem::SatBases, {.V = 80.0f}, kDolomitico, -0.6666667f, "0", "0"},
     {"NoMethodNoLime", kConvencional, MetodoCalagem::Nenhum, {}, kDolomitico, 0, "0", "0"},
     {"CaAtLimit", kArrozCaMg, MetodoCalagem::SMP, {.Ca = 2.0f}, kCalcitico, 1.25f, "1.3", "309.38"},
@@ -112,7 +110,7 @@ TEST_P(LimingMethodTest, DoseAndCostOfTheShippedRows)
     const auto& [caso, virgula] = GetParam();
     test::MachineLocale machine(virgula ? test::commaLocale() : test::pointLocale());
     const ResultadoCalagem r = CalculaCalagem(db, pedido(caso.sistema, caso.metodo, caso.solo, caso.material));
-    ASSERT_EQ(r.desfecho, DesfechoCalagem::Calculada) << r.mensagem.toStdString();
+    ASSERT_FALSE(r.desfecho) << r.desfecho->texto.toStdString();
     EXPECT_NEAR(r.quantidade, caso.quantidade, 1e-5);
     EXPECT_EQ(r.exibicao.resultado, naMaquina(caso.resultado));
     EXPECT_EQ(r.exibicao.custo, naMaquina(caso.custo));
@@ -222,11 +220,10 @@ TEST_F(LimingRunTest, RefusalsComeBeforeAnyRead)
     PedidoCalagem p = pedido(kConvencional, MetodoCalagem::SMP, {}, kDolomitico);
     p.naoCalcular = true;
     p.posicaoSistema = 0;
-    EXPECT_EQ(CalculaCalagem(db, p).mensagem, kMsgNaoCalcularMarcada);
+    EXPECT_EQ(CalculaCalagem(db, p).desfecho, Desfecho::aviso(kMsgNaoCalcularMarcada));
     p.naoCalcular = false;
     const ResultadoCalagem r = CalculaCalagem(db, p);
-    EXPECT_EQ(r.desfecho, DesfechoCalagem::Recusada);
-    EXPECT_EQ(r.mensagem, kMsgSelecioneSistema);
+    EXPECT_EQ(r.desfecho, Desfecho::aviso(kMsgSelecioneSistema));
 }
 
 TEST_F(LimingRunTest, DataFaultsStopWithEmptyLabels)
@@ -255,8 +252,9 @@ TEST_F(LimingRunTest, DataFaultsStopWithEmptyLabels)
     };
     for (const Caso& caso : casos) {
         const ResultadoCalagem r = CalculaCalagem(db, caso.pedido);
-        EXPECT_EQ(r.desfecho, DesfechoCalagem::Falha) << caso.trecho.toStdString();
-        EXPECT_TRUE(r.mensagem.contains(caso.trecho)) << r.mensagem.toStdString();
+        ASSERT_TRUE(r.desfecho) << caso.trecho.toStdString();
+        EXPECT_EQ(r.desfecho->tipo, TipoDesfecho::Critico);
+        EXPECT_TRUE(r.desfecho->texto.contains(caso.trecho)) << r.desfecho->texto.toStdString();
         EXPECT_TRUE(r.exibicao.resultado.isEmpty());
         EXPECT_TRUE(r.exibicao.custo.isEmpty());
     }
@@ -264,7 +262,7 @@ TEST_F(LimingRunTest, DataFaultsStopWithEmptyLabels)
     const ResultadoCalagem semNecessidade = CalculaCalagem(db, pedido(kArrozCaMg, MetodoCalagem::SMP, {}, semPrnt));
     EXPECT_EQ(semNecessidade.exibicao.resultado, QStringLiteral("0"));
     semIndice.metodo = MetodoCalagem::SatBases;
-    EXPECT_EQ(CalculaCalagem(db, semIndice).desfecho, DesfechoCalagem::Calculada);
+    EXPECT_FALSE(CalculaCalagem(db, semIndice).desfecho);
 }
 
 TEST_F(LimingRunTest, SmpColumnTheTableLacksIsADatabaseError)
@@ -313,36 +311,34 @@ protected:
 
 TEST_F(LimingSlotsTest, WritesTheRoundedDoseAndItsCosts)
 {
+    // Material, PRNT text, R$/t, dose, R$/ha, t and R$ over 12.5 ha; a zero dose keeps its material.
+    struct Caso {
+        QString dose, custo;
+        MaterialCalagem material;
+        std::array<QVariant, 7> dados;
+    };
+    const Caso casos[] = {
+        {"2,1", "469,33", kDolomitico, {QStringLiteral("Calcário dolomítico"), QStringLiteral("75"), 220.0f, 2.1f, 462.0f, 26.25f, 5775.0f}},
+        {"0", "0", kCalcitico, {QStringLiteral("Calcário calcítico"), QStringLiteral("80"), 247.5f, 0.0f, 0.0f, 0.0f, 0.0f}},
+    };
     test::MachineLocale machine(test::commaLocale());
-    const GravacaoCalagem g = GravaCalagem(s, {false, QStringLiteral("2,1"), QStringLiteral("469,33"), kDolomitico});
-    ASSERT_EQ(g.desfecho, DesfechoCalagem::Calculada);
-    EXPECT_EQ(s.Dados[5], QVariant(QStringLiteral("Calcário dolomítico")));
-    EXPECT_EQ(s.Dados[6], QVariant(QStringLiteral("75")));
-    EXPECT_EQ(s.Dados[7].typeId(), QMetaType::Float);
-    EXPECT_EQ(s.Dados[7].toFloat(), 220.0f);
-    EXPECT_EQ(s.Dados[8].toFloat(), 2.1f);
-    EXPECT_FLOAT_EQ(s.Dados[9].toFloat(), 462.0f);
-    EXPECT_FLOAT_EQ(s.Dados[10].toFloat(), 26.25f);
-    EXPECT_FLOAT_EQ(s.Dados[11].toFloat(), 5775.0f);
-    EXPECT_NEAR(s.CustoCalcario, 5775.0, 1e-3);
-    EXPECT_EQ(s.CustoEtapa1 + s.CustoEtapa2 + s.CustoEtapa3, 0);
-}
-
-TEST_F(LimingSlotsTest, ZeroDoseKeepsTheMaterial)
-{
-    GravaCalagem(s, {false, QStringLiteral("0"), QStringLiteral("0"), kCalcitico});
-    EXPECT_EQ(s.Dados[5].toString(), QStringLiteral("Calcário calcítico"));
-    EXPECT_EQ(s.Dados[7].toFloat(), 247.5f);
-    EXPECT_EQ(s.Dados[8].toFloat(), 0.0f);
-    EXPECT_EQ(s.Dados[11].toFloat(), 0.0f);
-    EXPECT_EQ(s.CustoCalcario, 0);
+    for (const Caso& caso : casos) {
+        ASSERT_FALSE(GravaCalagem(s, {false, caso.dose, caso.custo, caso.material}));
+        for (int i = 0; i < 7; ++i) {
+            EXPECT_EQ(s.Dados[5 + i].typeId(), caso.dados[i].typeId()) << i;
+            if (i < 2)
+                EXPECT_EQ(s.Dados[5 + i], caso.dados[i]);
+            else
+                EXPECT_FLOAT_EQ(s.Dados[5 + i].toFloat(), caso.dados[i].toFloat()) << i;
+        }
+        EXPECT_NEAR(s.CustoCalcario, caso.dados[6].toDouble(), 1e-3);
+        EXPECT_EQ(s.CustoEtapa1 + s.CustoEtapa2 + s.CustoEtapa3, 0);
+    }
 }
 
 TEST_F(LimingSlotsTest, UncalculatedDoseIsRefusedWithTheCostCleared)
 {
-    const GravacaoCalagem g = GravaCalagem(s, {false, QString(), QString(), kDolomitico});
-    EXPECT_EQ(g.desfecho, DesfechoCalagem::Recusada);
-    EXPECT_EQ(g.mensagem, kMsgCalcarioNaoCalculado);
+    EXPECT_EQ(GravaCalagem(s, {false, QString(), QString(), kDolomitico}), Desfecho::aviso(kMsgCalcarioNaoCalculado));
     EXPECT_EQ(s.CustoCalcario, 0);
     EXPECT_EQ(s.Dados[8].toString(), QStringLiteral("antes"));
     EXPECT_EQ(s.CustoEtapa1, 5);
@@ -356,7 +352,7 @@ TEST_F(LimingSlotsTest, NoLimingZeroesSlotsAndCost)
         EXPECT_EQ(s.Dados[slot].toInt(), 0) << slot;
     }
     s.Dados[5] = QStringLiteral("depois");  // proceeding with the box ticked writes nothing
-    EXPECT_EQ(GravaCalagem(s, {true, QString(), QString(), std::nullopt}).desfecho, DesfechoCalagem::Calculada);
+    EXPECT_FALSE(GravaCalagem(s, {true, QString(), QString(), std::nullopt}));
     EXPECT_EQ(s.Dados[5].toString(), QStringLiteral("depois"));
     EXPECT_EQ(s.CustoCalcario, 0);
     EXPECT_EQ(s.CustoEtapa3, 0);

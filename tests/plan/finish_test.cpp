@@ -1,6 +1,7 @@
 #include "app/session.h"
 #include "base/validation.h"
 #include "plan/finish.h"
+#include "registers/analysis.h"
 #include "store/database.h"
 #include "testsupport.h"
 
@@ -78,7 +79,7 @@ TEST_F(FinishTest, TotalAndKeyFollowThePlan)
 TEST_F(FinishTest, TheSavedRowHoldsTheSlotsByColumnType)
 {
     test::MachineLocale comma(test::commaLocale());
-    ASSERT_EQ(SalvaRecomendacao(session, QStringLiteral("10/10/2021")).desfecho, Salvamento::Salva);
+    ASSERT_FALSE(SalvaRecomendacao(session, QStringLiteral("10/10/2021")));
 
     Store db(scratch.path());
     db.AbreTabela(QStringLiteral("SELECT * FROM RecoForm;"));
@@ -105,24 +106,24 @@ TEST_F(FinishTest, TheSavedRowHoldsTheSlotsByColumnType)
 
 TEST_F(FinishTest, RefusalsWriteNothing)
 {
-    EXPECT_EQ(SalvaRecomendacao(session, QStringLiteral("10/13/2021")).mensagem, kMsgDataInvalida);
-    EXPECT_EQ(SalvaRecomendacao(session, QStringLiteral("31/02/2021")).desfecho, Salvamento::DataInexistente);
+    EXPECT_EQ(SalvaRecomendacao(session, QStringLiteral("10/13/2021")), Desfecho::aviso(kMsgDataInvalida));
+    EXPECT_EQ(SalvaRecomendacao(session, QStringLiteral("31/02/2021")),
+              Desfecho::aviso(avisoDataInexistente(QStringLiteral("31/02/2021"))));
     EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT COUNT(*) FROM RecoForm")).toInt(), 0);
 
-    ASSERT_EQ(SalvaRecomendacao(session, QStringLiteral("10/10/2021")).desfecho, Salvamento::Salva);
-    const ResultadoSalva again = SalvaRecomendacao(session, QStringLiteral("10/10/2021"));
-    EXPECT_EQ(again.desfecho, Salvamento::Repetida);
-    EXPECT_EQ(again.mensagem, mensagemRepetida(QStringLiteral("Soja-Primeiro-10/10/2021"),
-                                               QStringLiteral("Fazenda Boa Vista/Gleba 3/15/08/2021")));
-    EXPECT_TRUE(again.mensagem.endsWith(QStringLiteral("]\n\nEscolha uma outra data para o cadastro.")));
-    EXPECT_EQ(SalvaRecomendacao(session, QStringLiteral("11/10/2021")).desfecho, Salvamento::Salva);
+    ASSERT_FALSE(SalvaRecomendacao(session, QStringLiteral("10/10/2021")));
+    const Parada again = SalvaRecomendacao(session, QStringLiteral("10/10/2021"));
+    EXPECT_EQ(again, Desfecho::aviso(mensagemRepetida(QStringLiteral("Soja-Primeiro-10/10/2021"),
+                                                      QStringLiteral("Fazenda Boa Vista/Gleba 3/15/08/2021"))));
+    EXPECT_TRUE(again->texto.endsWith(QStringLiteral("]\n\nEscolha uma outra data para o cadastro.")));
+    EXPECT_FALSE(SalvaRecomendacao(session, QStringLiteral("11/10/2021")));
     EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT COUNT(*) FROM RecoForm")).toInt(), 2);
 
     // The same key in another plan's table stands beside it.
     session.PlanoNum = 2;
     session.Dados[41] = 0;  // the note and the orientations of the formulas' layout
     session.Dados[42] = 0;
-    EXPECT_EQ(SalvaRecomendacao(session, QStringLiteral("10/10/2021")).desfecho, Salvamento::Salva);
+    EXPECT_FALSE(SalvaRecomendacao(session, QStringLiteral("10/10/2021")));
     EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT COUNT(*) FROM RecoFormulac")).toInt(), 1);
 }
 

@@ -1,5 +1,6 @@
 #include "cropwindow.h"
 
+#include "app/events.h"
 #include "app/navigation.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
@@ -34,6 +35,7 @@ CropWindow::CropWindow(
         LimpaCalculo();
         culturaEscolhida(posicaoCultura());
     });
+    connect(&m_session.eventos, &Eventos::necessidadeAjustada, this, &CropWindow::necessidadeAjustada);
 }
 
 int CropWindow::posicaoCultura() const
@@ -55,8 +57,10 @@ QStringList CropWindow::necessidade() const
     return valores;
 }
 
-void CropWindow::aplicaAjuste(const QStringList& valores)
+void CropWindow::necessidadeAjustada(const QString& janela, const QStringList& valores)
 {
+    if (janela != objectName())
+        return;
     for (int i = 0; i < m_txtNec.size() && i < valores.size(); ++i)
         m_txtNec[i]->setText(valores[i]);
 }
@@ -81,9 +85,7 @@ QGroupBox* CropWindow::criaResultadoFinal(const QStringList& legendas)
     auto* frame = new QGroupBox(QStringLiteral("Resultado final (kg/ha)"), this);
     auto* grade = new QGridLayout(frame);
     for (int i = 0; i < legendas.size(); ++i) {
-        auto* caixa = new QLineEdit(frame);
-        caixa->setObjectName(QStringLiteral("txtNec_%1").arg(i));
-        somenteLeitura(caixa);
+        auto* caixa = caixaSomenteLeitura(frame, QStringLiteral("txtNec_%1").arg(i));
         caixa->setAlignment(Qt::AlignRight);
         caixa->setMinimumWidth(caixa->fontMetrics().horizontalAdvance(QStringLiteral("0000,00")) + 12);
         auto* legenda = new QLabel(legendas[i], frame);
@@ -123,12 +125,6 @@ void CropWindow::ligaCampoNumerico(QLineEdit* caixa)
     checaAoSair(caixa);
 }
 
-void CropWindow::somenteLeitura(QLineEdit* caixa)
-{
-    caixa->setReadOnly(true);
-    caixa->setFocusPolicy(Qt::ClickFocus);
-}
-
 void CropWindow::culturaEscolhida(int) { }
 
 void CropWindow::entradaMudou()
@@ -163,7 +159,7 @@ void CropWindow::prossegueClicado()
         informacao(this, kMsgPlanoIndisponivel);
         return;
     }
-    std::optional<Desfecho> recusa;
+    Parada recusa;
     try {
         recusa = prossegue();
     } catch (const StoreError& error) {

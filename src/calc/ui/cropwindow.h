@@ -1,12 +1,11 @@
 #pragma once
 
 #include "app/ui/chainwindow.h"
-#include "calc/grains.h"
+#include "calc/cropstep.h"
 
 #include <QList>
 #include <QStringList>
 
-#include <optional>
 
 class QBoxLayout;
 class QGroupBox;
@@ -29,8 +28,6 @@ public:
 
     // The result boxes as they stand, from box 0.
     QStringList necessidade() const;
-    // The figures adjusted in frmAjusta, box by box; they count as a result of this window.
-    void aplicaAjuste(const QStringList& valores);
     // Empties every result box: no result outlives the input that made it.
     void LimpaCalculo();
 
@@ -45,9 +42,6 @@ protected:
     // A box of a number the user types: the warning against kilograms at each change, the
     // check as it is left, and any change is a change of input.
     void ligaCampoNumerico(QLineEdit* caixa);
-    // A result box of any frame: read-only, and out of the tab chain.
-    static void somenteLeitura(QLineEdit* caixa);
-    // A message of the logic, with its icon.
     // The position of the crop the user chose in lstCulturas; -1 while none is.
     int posicaoCultura() const;
     // The boxes as the four figures of most groups.
@@ -61,7 +55,7 @@ protected:
     virtual void calcula() = 0;
     // The crop's part of cmdProssegue once the need is known to be there; nothing when the
     // window may go on.
-    virtual std::optional<Desfecho> prossegue() = 0;
+    virtual Parada prossegue() = 0;
     // The window that follows; the forest window has its own.
     virtual QString proximaJanela() const;
     // cmdAjusta; the forest window has its own adjustment.
@@ -72,6 +66,9 @@ protected:
 
 private:
     void prossegueClicado();
+    // The figures adjusted in frmAjusta for the window of that name, box by box; they count as a
+    // result of this window.
+    void necessidadeAjustada(const QString& janela, const QStringList& valores);
 };
 
 

@@ -2,10 +2,12 @@
 #include "app/session.h"
 #include "base/validation.h"
 #include "app/ui/buttons.h"
+#include "app/ui/chainwindow.h"
 #include "app/ui/messages.h"
+#include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
-#include "calc/grains.h"
-#include "cropwindow.h"
+#include "app/events.h"
+#include "calc/cropstep.h"
 #include "windows.h"
 
 #include <QGridLayout>
@@ -61,10 +63,8 @@ public:
         }
         for (std::size_t i = 0; i < linhas.size(); ++i) {
             const int linha = static_cast<int>(i) + 1;
-            auto* indicado = new QLineEdit(variantNumberText(session.Nec[i]), frame);
-            indicado->setObjectName(QString::fromLatin1(nomes[i]));
-            indicado->setReadOnly(true);
-            indicado->setFocusPolicy(Qt::ClickFocus);
+            auto* indicado = caixaSomenteLeitura(frame, QString::fromLatin1(nomes[i]));
+            indicado->setText(variantNumberText(session.Nec[i]));
             indicado->setFixedWidth(largura);
             auto* rotulo = new QLabel(linhas[i], frame);
             rotulo->setBuddy(m_ajustado[i]);
@@ -92,16 +92,11 @@ private:
                 caixa->setText(caixa->text().trimmed());
             ajustados << caixa->text();
         }
-        if (const auto recusa = VerificaAjuste(ajustados)) {
-            aviso(this, *recusa);
-            // The first box of the kind refused is where the user puts it right.
-            const bool vazios = *recusa == kMsgCamposVazios;
-            for (QLineEdit* caixa : m_ajustado) {
-                if (vazios ? caixa->text().isEmpty() : !isNumericText(caixa->text())) {
-                    caixa->setFocus();
-                    break;
-                }
-            }
+        QStringList campos;
+        for (const QLineEdit* caixa : m_ajustado)
+            campos << caixa->objectName();
+        if (const Parada recusa = VerificaAjuste(ajustados, campos)) {
+            ui::mostra(this, *recusa);
             return;
         }
         // The plan reads these figures: one with a thousands separator, or one no crop needs, is refused.
@@ -109,8 +104,7 @@ private:
             = { Grandeza::NecNBase, Grandeza::NecPBase, Grandeza::NecKBase, Grandeza::NecNCob };
         for (std::size_t i = 0; i < m_ajustado.size(); ++i) {
             if (const auto recusa = RecusaValor(grandezas[i], m_ajustado[i]->text())) {
-                aviso(this, *recusa);
-                m_ajustado[i]->setFocus();
+                ui::mostra(this, Desfecho::aviso(*recusa, m_ajustado[i]->objectName()));
                 return;
             }
         }
@@ -118,8 +112,8 @@ private:
             return;
         AplicaAjuste(m_session);
         const QString destino = janelaAjustada(m_session.NomeGrupo);
-        if (auto* janela = qobject_cast<CropWindow*>(destino.isEmpty() ? nullptr : m_windows.window(destino)))
-            janela->aplicaAjuste(ajustados);
+        if (!destino.isEmpty())
+            emit m_session.eventos.necessidadeAjustada(destino, ajustados);
         close();
     }
 

@@ -5,7 +5,9 @@
 #include "app/ui/chainwindow.h"
 #include "app/ui/desktop.h"
 #include "app/ui/messages.h"
+#include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
+#include "calc/cropgroups.h"
 #include "calc/liming.h"
 #include "store/cursormodel.h"
 #include "store/storeerror.h"
@@ -164,16 +166,10 @@ private:
         }
         m_grade->setModel(m_modelo);
         ajustaColunas();
-        connect(m_grade->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-                [this](const QModelIndex& current) {
-                    if (current.isValid() && current.row() != m_modelo->currentRow())
-                        m_modelo->setCurrentRow(current.row());
-                });
+        sincronizaGrade(m_grade, m_modelo, 0, [this](const StoreError& error) { erroBanco(this, error); });
         // Another material, or the same one re-read with another PRNT or price after an edit in
         // the register: the dose on the screen no longer belongs to it.
-        connect(m_modelo, &CursorModel::currentRowChanged, this, [this](int row) {
-            if (row >= 0 && m_grade->currentIndex().row() != row)
-                m_grade->setCurrentIndex(m_modelo->index(row, 0));
+        connect(m_modelo, &CursorModel::currentRowChanged, this, [this](int) {
             if (!mesmoMaterial(material(), m_materialCalculado))
                 limpaResultado();
         });
@@ -291,17 +287,15 @@ private:
             erroBanco(this, error);
             return;
         }
-        if (resultado.desfecho == DesfechoCalagem::Recusada) {
-            aviso(this, resultado.mensagem);
-            return;
-        }
+        // A refusal comes before any read, so no method was forced with it.
         if (resultado.metodoForcado) {
             informacao(this, kMsgApenasSaturacao);
             m_satB->setChecked(true);
         }
-        if (resultado.desfecho == DesfechoCalagem::Falha) {
-            limpaResultado();
-            critico(this, resultado.mensagem);
+        if (resultado.desfecho) {
+            if (resultado.desfecho->tipo != TipoDesfecho::Aviso)
+                limpaResultado();
+            ui::mostra(this, *resultado.desfecho);
             return;
         }
         m_resultado->setText(resultado.exibicao.resultado);
@@ -311,18 +305,14 @@ private:
 
     void prossegue()
     {
-        const GravacaoCalagem gravacao =
-            GravaCalagem(m_session, {m_naoCalcular->isChecked(), m_resultado->text(), m_custo->text(), material()});
-        if (gravacao.desfecho == DesfechoCalagem::Recusada) {
-            aviso(this, gravacao.mensagem);
-            return;
-        }
-        if (gravacao.desfecho == DesfechoCalagem::Falha) {
-            critico(this, gravacao.mensagem);
+        if (const Parada recusa =
+                GravaCalagem(m_session, {m_naoCalcular->isChecked(), m_resultado->text(), m_custo->text(), material()})) {
+            ui::mostra(this, *recusa);
             return;
         }
         hide();
-        if (!m_windows.show(janelaCultura(m_session.Grupo))) {
+        const GrupoCultura* grupo = grupoCultura(m_session.Grupo);
+        if (!grupo || !m_windows.show(grupo->janela)) {
             show();
             informacao(this, QStringLiteral("O cálculo das culturas do grupo \"%1\" ainda não está disponível nesta "
                                             "versão do programa.")

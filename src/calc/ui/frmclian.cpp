@@ -1,5 +1,6 @@
 #include "frmclian.h"
 
+#include "app/events.h"
 #include "app/navigation.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
@@ -8,8 +9,7 @@
 #include "app/ui/windowregistry.h"
 #include "calc/ui/windows.h"
 #include "registers/analysis.h"
-#include "registers/ui/frmcadanalise.h"
-#include "registers/ui/frmcliente.h"
+#include "registers/ui/clientgrid.h"
 #include "store/storeerror.h"
 #include "app/windownames.h"
 
@@ -111,8 +111,7 @@ void FrmCliAn::closeEvent(QCloseEvent* event)
     // Closed by its box while choosing for the register, it gives the register its buttons back
     // as Cancelar would.
     if (!m_entregue && m_session.ModoEscolha == kModoAnalise) {
-        if (auto* cadastro = qobject_cast<FrmCadAnalise*>(m_windows.window(janela::kCadAnalise)))
-            cadastro->escolhaCancelada();
+        emit m_session.eventos.escolhaDeAnaliseCancelada();
     }
     m_entregue = true;
     QWidget::closeEvent(event);
@@ -149,8 +148,7 @@ void FrmCliAn::continua()
     } else if (modo == kModoAnalise) {
         hide();
         m_entregue = true;
-        if (auto* cadastro = qobject_cast<FrmCadAnalise*>(m_windows.window(janela::kCadAnalise)))
-            cadastro->Carrega();
+        emit m_session.eventos.analiseEscolhida();
         close();
     } else {
         mostraGrafico(modo);

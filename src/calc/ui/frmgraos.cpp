@@ -99,7 +99,7 @@ protected:
             return;
         CalculoGraos r;
         try {
-            r = CalculaGraos(m_session, definicoes());
+            r = CalculaGraos(m_session.db, m_session, definicoes());
         } catch (const StoreError& error) {
             LimpaCalculo();
             erroBanco(this, error);
@@ -109,8 +109,8 @@ protected:
             for (int i = 0; i < m_txtNec.size(); ++i)
                 m_txtNec[i]->setText(r.nec[static_cast<std::size_t>(i)]);
         }
-        if (r.recusa) {
-            ui::mostra(this, *r.recusa);
+        if (r.desfecho) {
+            ui::mostra(this, *r.desfecho);
             if (r.limpaExpectativa)
                 m_txtExpect->clear();
             return;
@@ -124,7 +124,7 @@ protected:
         }
     }
 
-    std::optional<Desfecho> prossegue() override
+    Parada prossegue() override
     {
         return ProssegueGraos(m_session, m_windows, definicoes(), textosNec());
     }
@@ -201,13 +201,9 @@ private:
         auto* grade = new QGridLayout(frame);
         const std::array<const char*, 6> nomes
             = { "txtPcor", "txtFracP", "txtParcPcor", "txtKcor", "txtFracK", "txtParcKcor" };
-        const int largura = fontMetrics().horizontalAdvance(QStringLiteral("0000")) + 16;
         for (std::size_t i = 0; i < nomes.size(); ++i) {
-            auto* caixa = new QLineEdit(frame);
-            caixa->setObjectName(QString::fromLatin1(nomes[i]));
-            somenteLeitura(caixa);
+            auto* caixa = caixaSomenteLeitura(frame, QString::fromLatin1(nomes[i]), QStringLiteral("0000"));
             caixa->setAlignment(Qt::AlignCenter);
-            caixa->setFixedWidth(largura);
             m_correcao[i] = caixa;
         }
         const std::array<QString, 2> nutrientes = { QStringLiteral("P₂O₅"), QStringLiteral("K₂O") };
@@ -237,13 +233,6 @@ private:
         opcoes->addWidget(cmdinfo);
         grade->addLayout(opcoes, 2, 0, 1, 5);
         return frame;
-    }
-
-    static QLabel* rotulo(const QString& texto, QWidget* campo, QWidget* pai)
-    {
-        auto* label = new QLabel(texto, pai);
-        label->setBuddy(campo);
-        return label;
     }
 
     DefinicoesGraos definicoes() const

@@ -1,11 +1,12 @@
 #include "app/navigation.h"
 #include "app/session.h"
+#include "app/slots.h"
 #include "app/ui/buttons.h"
 #include "app/ui/chainwindow.h"
 #include "app/ui/messages.h"
 #include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
-#include "calc/crops.h"
+#include "calc/cropgroups.h"
 #include "windows.h"
 #include "app/windownames.h"
 
@@ -20,13 +21,12 @@ namespace lavra::ui {
 
 namespace {
 
-const QStringList kGrupos = {QStringLiteral("Produtoras de grãos"),
-                             QStringLiteral("Hortaliças"),
-                             QStringLiteral("Forrageiras"),
-                             QStringLiteral("Essências Florestais"),
-                             QStringLiteral("Plantas Ornamentais"),
-                             QStringLiteral("Medicinais/Aromáticas/Condimentares"),
-                             QStringLiteral("Outras Culturas (Cana-de-acúcar)")};
+// Only the groups whose tables tell first and second crop apart ask for it.
+bool pedeCultivo(int posicao)
+{
+    const GrupoCultura* grupo = grupoCultura(posicao + 1);
+    return grupo && grupo->pedeCultivo;
+}
 
 // The second step: the crop group, and for grains, vegetables and forages whether this is the
 // first or the second crop after the analysis.
@@ -42,7 +42,7 @@ public:
         auto* groupLayout = new QVBoxLayout(groupFrame);
         m_grupo = new QListWidget(groupFrame);
         m_grupo->setObjectName(QStringLiteral("lstGrupo"));
-        m_grupo->addItems(kGrupos);
+        m_grupo->addItems(nomesGrupos());
         groupLayout->addWidget(m_grupo);
         lists->addWidget(groupFrame, 1);
 
@@ -101,8 +101,7 @@ private:
 
     void mostraGrupo(int position)
     {
-        // Only the groups whose tables tell first and second crop apart ask for it.
-        const bool asksOrder = position >= 0 && position <= 2;
+        const bool asksOrder = pedeCultivo(position);
         m_primeiro->setEnabled(asksOrder);
         m_segundo->setEnabled(asksOrder);
         m_culturas->clear();
@@ -113,7 +112,7 @@ private:
     void vai()
     {
         const int position = linhaEscolhida(m_grupo);
-        if (position >= 0 && position <= 2 && !m_primeiro->isChecked() && !m_segundo->isChecked()) {
+        if (pedeCultivo(position) && !m_primeiro->isChecked() && !m_segundo->isChecked()) {
             aviso(this, QStringLiteral("Selecione o cultivo!"));
             return;
         }
@@ -124,10 +123,10 @@ private:
         // An option left on in a group that does not ask for it still counts.
         if (m_primeiro->isChecked()) {
             m_session.Cultivo = 1;
-            m_session.Dados[2] = QStringLiteral("Primeiro");
+            m_session.Dados[slot::kCultivoOrdem] = QStringLiteral("Primeiro");
         } else if (m_segundo->isChecked()) {
             m_session.Cultivo = 2;
-            m_session.Dados[2] = QStringLiteral("Segundo");
+            m_session.Dados[slot::kCultivoOrdem] = QStringLiteral("Segundo");
         }
         if (marca() != m_marca)
             FechaAposEscolha(m_session, m_windows);

@@ -78,16 +78,17 @@ public:
 private:
     void salva()
     {
-        ResultadoSalva resultado;
+        Parada recusa;
         try {
-            resultado = SalvaRecomendacao(m_session, m_data->text());
+            recusa = SalvaRecomendacao(m_session, m_data->text());
         } catch (const StoreError& error) {
             erroBanco(this, error);
             return;
         }
-        if (resultado.desfecho != Salvamento::Salva) {
-            aviso(this, resultado.mensagem);
-            m_data->setFocus();
+        if (recusa) {
+            // The date is what the user changes to save it.
+            recusa->campo = m_data->objectName();
+            ui::mostra(this, *recusa);
             return;
         }
 

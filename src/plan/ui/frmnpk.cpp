@@ -1,5 +1,6 @@
 #include "frmnpk.h"
 
+#include "app/events.h"
 #include "app/navigation.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
@@ -7,6 +8,8 @@
 #include "app/ui/messages.h"
 #include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
+#include "calc/cropgroups.h"
+#include "plan/ui/planstep.h"
 #include "plan/ui/windows.h"
 #include "store/storeerror.h"
 #include "app/windownames.h"
@@ -38,16 +41,10 @@ int twips(const QWidget* widget, int valor)
     return valor * widget->logicalDpiX() / 1440;
 }
 
+// Results of the calculation: the user reads them, the step alone writes them.
 QLineEdit* caixaResultado(QWidget* parent, const QString& nome)
 {
-    auto* caixa = new QLineEdit(parent);
-    caixa->setObjectName(nome);
-    // Results of the calculation: the user reads them, the step alone writes them.
-    caixa->setReadOnly(true);
-    caixa->setFocusPolicy(Qt::ClickFocus);
-    caixa->setAlignment(Qt::AlignRight);
-    caixa->setFixedWidth(caixa->fontMetrics().horizontalAdvance(QStringLiteral("0000000,00")) + 16);
-    return caixa;
+    return caixaSomenteLeitura(parent, nome, QStringLiteral("0000000,00"));
 }
 
 void pintaAviso(QLabel* rotulo, const SituacaoNutriente& situacao)
@@ -61,23 +58,10 @@ void pintaAviso(QLabel* rotulo, const SituacaoNutriente& situacao)
 
 } // namespace
 
-QWidget* mostraJanela(QWidget* parent, WindowRegistry& windows, const QString& nome)
-{
-    QWidget* janela = windows.show(nome);
-    if (!janela)
-        informacao(parent, kMsgIndisponivel);
-    return janela;
-}
-
-bool ConfirmaFornecimento(QWidget* parent, const NPKkg& nec, const NPKkg& forn)
-{
-    const std::optional<QString> pergunta = PerguntaFornecimento(nec, forn);
-    return !pergunta || confirma(parent, *pergunta);
-}
-
 FrmNPK::FrmNPK(Session& session, WindowRegistry& windows, QWidget* parent)
     : ChainWindow(session, windows, parent)
     , m_nec(LeNecessidadeBase(session))
+    , m_daFloresta(session.Grupo == grupo::Florestais)
 {
     setWindowTitle(QStringLiteral("Fórmulas para Adubação de Base"));
     auto* layout = new QVBoxLayout(this);
@@ -101,6 +85,10 @@ FrmNPK::FrmNPK(Session& session, WindowRegistry& windows, QWidget* parent)
     // Enter calculates, as in the other steps; leaving for the formulation is a choice.
     m_cmdFormular->setDefault(false);
     m_cmdCalcula->setDefault(true);
+    if (m_daFloresta) {
+        m_cmdFormular->setEnabled(false);
+        m_cmdCancel->setText(QStringLiteral("Fechar"));
+    }
 
     QWidget* ordem[] = { m_optIndicados, m_optTodos, m_flxNPK, m_opt->button(0), m_opt->button(1),
         m_opt->button(2), m_cmdCalcula, cmdProssegue, cmdRetorna, m_cmdCancel, m_cmdFormular };
@@ -304,22 +292,12 @@ void FrmNPK::calcular()
     m_session.RefazPlano = 1;
 
     const ResultadoCalculo resultado = Calcula(entrada);
-    switch (resultado.desfecho) {
-    case DesfechoCalculo::SemModo:
-        aviso(this, resultado.mensagem);
-        return;
-    case DesfechoCalculo::SemLinha:
+    if (Parada desfecho = resultado.desfecho) {
         // An empty grid has its reason written in the frame already.
-        aviso(this, m_flxNPK->rowCount() == 0 ? m_lblVazia->text() : resultado.mensagem);
+        if (desfecho->texto == kMsgSemFertilizante && m_flxNPK->rowCount() == 0)
+            desfecho->texto = m_lblVazia->text();
+        ui::mostra(this, *desfecho);
         return;
-    case DesfechoCalculo::Organico:
-        simples(this, resultado.mensagem);
-        return;
-    case DesfechoCalculo::Erro:
-        informacao(this, resultado.mensagem);
-        return;
-    case DesfechoCalculo::Calculado:
-        break;
     }
     m_forn = resultado.forn;
     m_txtFormula->setText(resultado.txtFormula);
@@ -342,7 +320,8 @@ void FrmNPK::prosseguir()
         aviso(this, kMsgSemCalculo);
         return;
     }
-    if (!ConfirmaFornecimento(this, m_nec, FornecimentoDasCaixas(fornecimentoNasCaixas())))
+    if (const Parada pergunta = PerguntaFornecimento(m_nec, FornecimentoDasCaixas(fornecimentoNasCaixas()));
+        pergunta && !ui::mostra(this, *pergunta))
         return;
 
     const LinhaFlx linha = linhaSelecionada();
@@ -350,8 +329,8 @@ void FrmNPK::prosseguir()
         = GravaFormula(m_session, { linha[flx::kFormula], linha[flx::kPreco], m_txtFormula->text() });
 
     if (destino.florestal) {
-        if (auto* plano = dynamic_cast<PlanoFlorestal*>(m_windows.window(janela::kNPKFlorest)))
-            plano->preencheEtapa(m_session.EtapaFlorest, LinhasFlorestFormula(m_session));
+        if (m_windows.isRegistered(janela::kNPKFlorest))
+            emit m_session.eventos.etapaPreenchida(m_session.EtapaFlorest, LinhasFlorestFormula(m_session));
         else
             informacao(this, kMsgIndisponivel);
         FechaJanela(m_session, m_windows, kNome);
@@ -372,26 +351,25 @@ void FrmNPK::formular()
 void FrmNPK::retornar()
 {
     // The forest plan stays open under this step; closing is the way back to it.
-    if (m_session.NomeGrupo == kGrupoFlorestal) {
+    if (m_daFloresta) {
         FechaJanela(m_session, m_windows, kNome);
         return;
     }
-    const QString janela = JanelaDoGrupo(m_session.NomeGrupo);
-    if (janela.isEmpty()) {
+    const GrupoCultura* grupo = grupoCultura(m_session.NomeGrupo);
+    if (!grupo) {
         informacao(this, kMsgIndisponivel);
         return;
     }
-    if (mostraJanela(this, m_windows, janela))
+    if (mostraJanela(this, m_windows, grupo->janela))
         hide();
 }
 
 void FrmNPK::cancelar()
 {
-    // The forest plan renames the button "Fechar": then it closes this step alone.
-    if (m_cmdCancel->text() == QStringLiteral("Cancelar"))
-        FechaJanelas(m_session, m_windows, true);
-    else
+    if (m_daFloresta)
         FechaJanela(m_session, m_windows, kNome);
+    else
+        FechaJanelas(m_session, m_windows, true);
 }
 
 QWidget* criaFrmNPK(Session& session, WindowRegistry& windows)

@@ -18,25 +18,6 @@ class QTableWidget;
 
 namespace lavra::ui {
 
-// What the forest plan offers the steps that plan one of its three dressings: they hand it the
-// rows of their result for the grid of that dressing.
-class PlanoFlorestal {
-public:
-    virtual ~PlanoFlorestal() = default;
-    virtual void preencheEtapa(int etapa, const QList<QStringList>& linhas) = 0;
-};
-
-inline const QString kMsgIndisponivel = QStringLiteral("Esta parte do programa ainda não está disponível.");
-
-// Shows a window of the chain by name; when the program has no such window yet, says so and
-// returns null, so that the caller stays where it is.
-QWidget* mostraJanela(QWidget* parent, WindowRegistry& windows, const QString& nome);
-
-
-// Asks, when the supply strays more than 10 kg/ha from the need, whether to go on with it.
-// True when the plan may go on.
-bool ConfirmaFornecimento(QWidget* parent, const NPKkg& nec, const NPKkg& forn);
-
 // The base dressing by one commercial formula.
 class FrmNPK final : public ChainWindow {
     Q_OBJECT
@@ -74,6 +55,9 @@ private:
     std::array<QLabel*, 3> m_lblAv {};
     QPushButton* m_cmdFormular = nullptr;
     QPushButton* m_cmdCancel = nullptr;
+    // Opened by the forest plan for one of its dressings: "Fechar" and the way back close this
+    // step alone, and the formulation is not offered.
+    bool m_daFloresta = false;
 };
 
 } // namespace lavra::ui

@@ -5,7 +5,9 @@
 #include "app/ui/buttons.h"
 #include "app/ui/messages.h"
 #include "app/ui/windowregistry.h"
-#include "plan/ui/frmnpk.h"
+#include "app/ui/widgets.h"
+#include "calc/cropstep.h"
+#include "plan/ui/planstep.h"
 #include "plan/ui/windows.h"
 #include "store/cursormodel.h"
 #include "store/storeerror.h"
@@ -30,16 +32,10 @@ namespace lavra::ui {
 
 namespace {
 
+// Worked out by the step from the source and the share; the user does not type them.
 QLineEdit* caixaNumero(QWidget* parent, const QString& nome)
 {
-    auto* caixa = new QLineEdit(parent);
-    caixa->setObjectName(nome);
-    // Worked out by the step from the source and the share; the user does not type them.
-    caixa->setReadOnly(true);
-    caixa->setFocusPolicy(Qt::ClickFocus);
-    caixa->setAlignment(Qt::AlignRight);
-    caixa->setFixedWidth(caixa->fontMetrics().horizontalAdvance(QStringLiteral("00000,0000")) + 16);
-    return caixa;
+    return caixaSomenteLeitura(parent, nome, QStringLiteral("00000,0000"));
 }
 
 // Parcels in use take the window's background, the others the face of a button.
@@ -88,8 +84,7 @@ FrmParcelaN::FrmParcelaN(Session& session, WindowRegistry& windows, QWidget* par
     connect(cmdRetorna, &QPushButton::clicked, this, &FrmParcelaN::retornar);
     connect(cmdCancela, &QPushButton::clicked, this, &FrmParcelaN::cancelar);
 
-    m_session.db.strSQL = ConsultaFontes(false);
-    AbreTabelaN();
+    AbreTabelaN(false);
     defineParcelas(0);
     resize(sizeHint().width(), 620);
 }
@@ -139,10 +134,7 @@ QWidget* FrmParcelaN::criaFontes()
     m_txtCalcula->setObjectName(QStringLiteral("txtCalcula"));
     m_txtCalcula->hide();
 
-    connect(m_chkTodas, &QCheckBox::clicked, this, [this](bool todas) {
-        m_session.db.strSQL = ConsultaFontes(todas);
-        AbreTabelaN();
-    });
+    connect(m_chkTodas, &QCheckBox::clicked, this, &FrmParcelaN::AbreTabelaN);
     return quadro;
 }
 
@@ -210,11 +202,11 @@ QWidget* FrmParcelaN::criaParcelas()
     return quadro;
 }
 
-void FrmParcelaN::AbreTabelaN()
+void FrmParcelaN::AbreTabelaN(bool todas)
 {
     CursorModel* novo = nullptr;
     try {
-        novo = new CursorModel(m_session.db.strConn, m_session.db.strSQL, this);
+        novo = new CursorModel(m_session.db.strConn, ConsultaFontes(todas), this);
         // The sources and prices the step opened with hold until chkTodas or a reopening, as
         // the rest of the session does.
         novo->setFollowsChanges(false);
@@ -229,16 +221,8 @@ void FrmParcelaN::AbreTabelaN()
     delete selecaoAntiga;
     delete antigo;
 
-    connect(m_dtGrid->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-        [this](const QModelIndex& atual) {
-            if (atual.isValid() && atual.row() != m_fontes->currentRow())
-                m_fontes->setCurrentRow(atual.row());
-        });
-    connect(novo, &CursorModel::currentRowChanged, this, [this](int linha) {
-        if (linha >= 0 && m_dtGrid->currentIndex().row() != linha)
-            m_dtGrid->setCurrentIndex(m_fontes->index(linha, fonte::kNome));
-        aoMudarFonte();
-    });
+    sincronizaGrade(m_dtGrid, novo, fonte::kNome, [this](const StoreError& error) { erroBanco(this, error); });
+    connect(novo, &CursorModel::currentRowChanged, this, &FrmParcelaN::aoMudarFonte);
     connect(novo, &QAbstractItemModel::modelReset, this, &FrmParcelaN::ajustaColunas);
 
     ajustaColunas();
@@ -324,8 +308,8 @@ void FrmParcelaN::prosseguir()
     for (int i = 0; i < kMaxParcelas; ++i)
         entrada.parcelas[i] = { m_cboPorc[i]->currentText(), m_txtDose[i]->text(), m_txtEpoca[i]->text() };
 
-    if (const std::optional<QString> recusa = ProssegueParcelamento(m_session, entrada)) {
-        aviso(this, *recusa);
+    if (const Parada recusa = ProssegueParcelamento(m_session, entrada)) {
+        ui::mostra(this, *recusa);
         return;
     }
     if (mostraJanela(this, m_windows, janela::kFinalCalculo))
@@ -334,7 +318,7 @@ void FrmParcelaN::prosseguir()
 
 void FrmParcelaN::retornar()
 {
-    const QString janela = JanelaDoPlano(m_session.TipoPlano);
+    const QString janela = janelaDoPlano(m_session.TipoPlano);
     if (janela.isEmpty()) {
         informacao(this, kMsgIndisponivel);
         return;

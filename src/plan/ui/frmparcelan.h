@@ -24,8 +24,8 @@ class FrmParcelaN final : public ChainWindow {
 public:
     FrmParcelaN(Session& session, WindowRegistry& windows, QWidget* parent = nullptr);
 
-    // Opens the statement in the session's strSQL as the rows of the grid.
-    void AbreTabelaN();
+    // The sources of nitrogen, or with todas every fertiliser, as the rows of the grid.
+    void AbreTabelaN(bool todas);
 
 private:
     QWidget* criaFontes();

@@ -1,0 +1,166 @@
+#include "cropstep.h"
+
+#include "app/navigation.h"
+#include "app/session.h"
+#include "app/slots.h"
+#include "base/numbers.h"
+#include "base/validation.h"
+#include "calc/cropgroups.h"
+#include "store/query.h"
+
+#include <cmath>
+
+namespace lavra {
+
+namespace {
+
+// Every table of the manual keys its rows on this column.
+const QString kColunaChave = QStringLiteral("Chave");
+
+} // namespace
+
+QString textoNumero(double valor)
+{
+    if (valor == 0)
+        valor = 0; // no "-0"
+    QString texto = QString::number(valor, 'g', 15);
+    texto.replace(QLatin1Char('.'), decimalSymbol());
+    return texto;
+}
+
+QString janelaDoPlano(const QString& tipoPlano)
+{
+    if (tipoPlano == QStringLiteral("Fórmulas"))
+        return janela::kNPK;
+    if (tipoPlano == QStringLiteral("Formulação"))
+        return janela::kFormulacao;
+    return {};
+}
+
+void NecessidadeRecalculada(Session& session, bool mantemObsAjuste)
+{
+    session.RefazPlano = 1;
+    if (!mantemObsAjuste)
+        session.ObsAjuste.clear();
+}
+
+void CopiaParaNec(Session& session, const TextosNec& nec)
+{
+    for (std::size_t i = 0; i < nec.size(); ++i) {
+        const auto numero = parseNumber(nec[i]);
+        session.Nec[i] = numero ? QVariant(toSingle(*numero)) : QVariant(nec[i]);
+    }
+}
+
+Parada ProssegueCultura(Session& session, WindowHost& janelas, const QString& nomeCultura,
+    std::optional<float> expectativa, const TextosNec& nec)
+{
+    if (nec[0].isEmpty())
+        return Desfecho::aviso(kMsgNaoCalculada);
+    std::array<float, 4> valores {};
+    for (std::size_t i = 0; i < nec.size(); ++i) {
+        const auto numero = parseNumber(nec[i]);
+        if (!numero)
+            return Desfecho::critico(kMsgResultadoIncompleto);
+        valores[i] = toSingle(*numero);
+    }
+    session.Dados[slot::kCultura] = nomeCultura;
+    if (expectativa)
+        session.Dados[slot::kExpectativa] = QVariant(*expectativa);
+    for (std::size_t i = 0; i < valores.size(); ++i)
+        session.Nec[i] = QVariant(valores[i]);
+    if (session.RefazPlano == 1) {
+        FechaPlano(session, janelas);
+        session.RefazPlano = 0;
+    }
+    return std::nullopt;
+}
+
+// ---- Adjustment by the user -----------------------------------------------------------------
+
+QString perguntaAjuste()
+{
+    return QStringLiteral("A informação abaixo será impressa no laudo.\n\n\n'") + kObsAjuste
+        + QStringLiteral(".'\n\n\nConcorda?");
+}
+
+Parada VerificaAjuste(const QStringList& ajustados, const QStringList& campos)
+{
+    for (int i = 0; i < ajustados.size(); ++i) {
+        if (ajustados[i].isEmpty())
+            return Desfecho::aviso(kMsgCamposVazios, campos.value(i));
+    }
+    for (int i = 0; i < ajustados.size(); ++i) {
+        if (!isNumericText(ajustados[i]))
+            return Desfecho::aviso(kMsgCamposNaoNumericos, campos.value(i));
+    }
+    return std::nullopt;
+}
+
+QString janelaAjustada(const QString& nomeGrupo)
+{
+    const GrupoCultura* g = grupoCultura(nomeGrupo);
+    return g ? g->janelaAjuste : QString();
+}
+
+void AplicaAjuste(Session& session)
+{
+    session.ObsAjuste = kObsAjuste;
+    session.RefazPlano = 1;
+}
+
+// ---- The manual's tables ----------------------------------------------------------------------
+
+int classe(const QVector<QVariant>& analise, int ordinal)
+{
+    return static_cast<int>(std::floor(toNumber(analise.value(ordinal)).value_or(0)));
+}
+
+std::optional<double> celula(const QVector<QVariant>& linha, int ordinal)
+{
+    if (ordinal < 1 || ordinal >= linha.size())
+        return std::nullopt;
+    const QVariant& valor = linha.at(ordinal);
+    if (valor.typeId() == QMetaType::Float)
+        return widenShortest(valor.toFloat());
+    return toNumber(valor);
+}
+
+std::optional<QVector<QVariant>> leLinha(const Store& db, const Consulta& consulta)
+{
+    return consulta::primeira(db, consulta.tabela, { { kColunaChave, consulta.chave } });
+}
+
+Desfecho semLinha(const Consulta& consulta)
+{
+    return Desfecho::critico(
+        QStringLiteral("Não há na tabela %1 uma linha para \"%2\", e o cálculo não pode ser concluído.")
+            .arg(consulta.tabela, consulta.chave));
+}
+
+Desfecho semValor(const Consulta& consulta, int ordinal)
+{
+    return Desfecho::critico(
+        QStringLiteral("A linha \"%1\" da tabela %2 não tem valor na coluna %3; verifique as classes "
+                       "da análise.")
+            .arg(consulta.chave, consulta.tabela)
+            .arg(ordinal));
+}
+
+Leitura necessidadeDaLinha(const QVector<QVariant>& linha, const Consulta& consulta, int ordinalClasse, double e)
+{
+    const auto referencia = celula(linha, kColRendimento);
+    if (!referencia)
+        return { {}, semValor(consulta, kColRendimento) };
+    const auto daClasse = celula(linha, ordinalClasse);
+    if (!daClasse)
+        return { {}, semValor(consulta, ordinalClasse) };
+    if (e <= *referencia)
+        return { *daClasse, {} };
+    const auto adicional = celula(linha, kColAdicional);
+    if (!adicional)
+        return { {}, semValor(consulta, kColAdicional) };
+    return { (e - *referencia) * *adicional + *daClasse, {} };
+}
+
+} // namespace lavra

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "base/outcome.h"
+#include "calc/crops.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVector>
+
+#include <array>
+#include <optional>
+
+namespace lavra {
+
+class Store;
+struct Session;
+class WindowHost;
+
+// What every crop window shares: the need as its boxes show it, the way on to the plan, the
+// user's adjustment and the reading of the manual's tables.
+
+// The need of a crop in kg/ha as its window shows it: N base, P base, K base, N cob. A box is
+// text, and it is empty where no row of the manual was found.
+using TextosNec = std::array<QString, 4>;
+
+inline const QString kMsgNaoCalculada = QStringLiteral("A adubação não foi calculada ainda!");
+inline const QString kMsgPlanoIndisponivel
+    = QStringLiteral("Esta forma de plano de adubação ainda não está disponível nesta versão do programa.");
+inline const QString kMsgResultadoIncompleto = QStringLiteral(
+    "O resultado final tem campos vazios ou não numéricos, pois faltam dados da cultura nas tabelas "
+    "do programa. Use \"Ajustar\" para informar os valores.");
+
+// The text a box receives for a computed number: up to 15 significant digits, so that a sum such
+// as (3.3 - 3) x 30 shows as 9 and not as 8.999999999999995; machine's decimal symbol.
+QString textoNumero(double valor);
+
+// The plan window that TipoPlano names, "frmNPK" or "frmFormulação"; empty for anything else.
+QString janelaDoPlano(const QString& tipoPlano);
+
+// The end of a new calculation: the plan windows still open are stale now. Every crop window but
+// the grain one also drops the note of an earlier adjustment.
+void NecessidadeRecalculada(Session& session, bool mantemObsAjuste);
+
+// cmdAjusta: the boxes go to Nec, numbers as 32-bit floats and anything else as its text, so
+// that frmAjusta shows them as they stand.
+void CopiaParaNec(Session& session, const TextosNec& nec);
+
+// The common part of cmdProssegue: refuses a need that was not calculated or that holds a box
+// without a number, writing nothing; otherwise Dados(1) = nomeCultura, Dados(4) = expectativa
+// where the crop has one, Nec(0..3) as 32-bit floats, and FechaPlano if the need was
+// recalculated since the plan was opened.
+Parada ProssegueCultura(Session& session, WindowHost& janelas, const QString& nomeCultura,
+    std::optional<float> expectativa, const TextosNec& nec);
+
+// ---- Adjustment by the user (frmAjusta) -----------------------------------------------------
+
+// The note on the report, without a full stop, and the question that quotes it with one.
+inline const QString kObsAjuste = QStringLiteral(
+    "Esta recomendação foi ajustada pelo usuário do programa, consulte-o para saber as razões do ajuste");
+QString perguntaAjuste();
+inline const QString kMsgCamposNaoNumericos = QStringLiteral("Há campos não numéricos!");
+
+// First every box for emptiness, then every box for a number; nothing when all pass. The
+// refusal names the first box of the kind refused, by the names given box by box.
+Parada VerificaAjuste(const QStringList& ajustados, const QStringList& campos = {});
+// The crop window that receives the adjusted figures, by NomeGrupo; empty where none does.
+QString janelaAjustada(const QString& nomeGrupo);
+// After the user agreed: the note goes on the report and the plan is stale.
+void AplicaAjuste(Session& session);
+
+// ---- The manual's tables ----------------------------------------------------------------------
+
+// A class of the analysis by ordinal. The classes are small integers; a fraction would be cut,
+// as Int does.
+int classe(const QVector<QVariant>& analise, int ordinal);
+
+// A cell of the manual: a 32-bit float read as the decimal it was typed as; nothing for a cell
+// without a number or an ordinal out of the row.
+std::optional<double> celula(const QVector<QVariant>& linha, int ordinal);
+
+// The first row whose key equals the consultation's key exactly, or nothing. Throws StoreError.
+std::optional<QVector<QVariant>> leLinha(const Store& db, const Consulta& consulta);
+
+// The faults of a calculation that the tables cannot carry through.
+Desfecho semLinha(const Consulta& consulta);
+Desfecho semValor(const Consulta& consulta, int ordinal);
+
+// Columns of the tables read by yield: the reference yield and the addition for each tonne
+// above it.
+inline constexpr int kColRendimento = 1;
+inline constexpr int kColAdicional = 2;
+
+// A need read by yield: the figure of the class, plus the addition for each tonne of the
+// expectation e above the reference yield.
+struct Leitura {
+    std::optional<double> valor;
+    Parada falha;
+};
+Leitura necessidadeDaLinha(const QVector<QVariant>& linha, const Consulta& consulta, int ordinalClasse, double e);
+
+} // namespace lavra
