@@ -62,7 +62,7 @@ void CarregaRecomendacao(Session& session, const QString& tabela, const QString&
                          const QString& codCultivo)
 {
     const auto linha = consulta::primeira(
-        session.db, tabela, {{QStringLiteral("CodAnalise"), codAnalise}, {QStringLiteral("CodCultivo"), codCultivo}});
+        session.db, tabela, {{QStringLiteral("CodAnalise"), codAnalise, true}, {QStringLiteral("CodCultivo"), codCultivo, true}});
     if (!linha)
         throw StoreError(QStringLiteral("A recomendação '%1' não foi encontrada.").arg(codCultivo));
     const int columns = std::min(static_cast<int>(linha->size()), Session::kSlots + 1);

@@ -14,7 +14,8 @@ namespace lavra {
 namespace {
 
 const QString kTabelaCalagem = QStringLiteral("Calagem");
-const QString kColunaGrupo = consulta::coluna(kTabelaCalagem, 1);
+// Named from the schema when first asked, not while the program starts.
+QString colunaGrupo() { return consulta::coluna(kTabelaCalagem, 1); }
 
 Desfecho falta(const QString& nome)
 {
@@ -86,7 +87,7 @@ bool SimNao(const QVariant& texto) { return texto.toString().toUpper() == QLatin
 
 QStringList SistemasDoGrupo(Store& db, int grupo)
 {
-    Cursor rs = consulta::linhas(db, kTabelaCalagem, {{kColunaGrupo, grupo}});
+    Cursor rs = consulta::linhas(db, kTabelaCalagem, {{colunaGrupo(), grupo}});
     QStringList sistemas;
     for (; !rs.atEnd(); rs.moveNext())
         sistemas << rs.value(0).toString();
@@ -96,7 +97,7 @@ QStringList SistemasDoGrupo(Store& db, int grupo)
 std::optional<SistemaCalagem> LeSistemaCalagem(Store& db, int grupo, const QString& texto)
 {
     const auto linha =
-        consulta::primeira(db, kTabelaCalagem, {{kColunaGrupo, grupo}, {consulta::coluna(kTabelaCalagem, 0), texto}});
+        consulta::primeira(db, kTabelaCalagem, {{colunaGrupo(), grupo}, {consulta::coluna(kTabelaCalagem, 0), texto}});
     if (!linha)
         return std::nullopt;
     const QVector<QVariant>& v = *linha;

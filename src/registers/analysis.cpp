@@ -201,7 +201,7 @@ ResultadoCadastro grava(Store& db, const EntradaCadastro& e)
 
 void CarregaAnalise(Session& session, const QString& codigo)
 {
-    auto linha = consulta::primeira(session.db, kAnalises, {{kColunaCodigo, codigo}});
+    auto linha = consulta::primeira(session.db, kAnalises, {{kColunaCodigo, codigo, true}});
     if (!linha)
         throw StoreError(QStringLiteral("A análise '%1' não foi encontrada.").arg(codigo));
     session.Analise = std::move(*linha);
@@ -346,8 +346,9 @@ QStringList AnalisesDoCliente(Store& db, const QString& cliente)
     // the code's own, which ignores case.
     QStringList codigos;
     Cursor rs = consulta::sql(
-        db, QStringLiteral("SELECT \"Código\" FROM Analises WHERE Cliente = ? COLLATE BINARY ORDER BY \"Código\""),
-        {cliente});
+        db, QStringLiteral("SELECT \"Código\" FROM Analises WHERE Cliente = ? AND Cliente = ? COLLATE BINARY "
+                           "ORDER BY \"Código\""),
+        {cliente, cliente});
     for (; !rs.atEnd(); rs.moveNext())
         codigos << rs.value(0).toString();
     return codigos;

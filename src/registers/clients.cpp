@@ -12,14 +12,14 @@ bool sameName(const QString& a, const QString& b)
     return a.trimmed().compare(b.trimmed(), Qt::CaseInsensitive) == 0;
 }
 
-// Whether a row of the table holds the name at that column. The exact name is found through the
-// index; failing that, each distinct name is compared as a person would.
+// Whether a row of the table holds the name at that column. The name in any case is found through
+// the index; failing that, each name the index holds once is compared as a person would.
 bool nameInTable(const Store& db, const QString& table, int ordinal, const QString& nome)
 {
     const QString column = consulta::coluna(table, ordinal);
-    if (consulta::existe(db, table, {{column, nome}}))
+    if (consulta::existe(db, table, {{column, nome, true}}))
         return true;
-    Cursor names = consulta::sql(db, QStringLiteral("SELECT DISTINCT %1 COLLATE BINARY FROM %2")
+    Cursor names = consulta::sql(db, QStringLiteral("SELECT DISTINCT %1 FROM %2")
                                          .arg(quoteIdentifier(column), quoteIdentifier(table)));
     for (; !names.atEnd(); names.moveNext()) {
         if (sameName(names.value(0).toString(), nome))

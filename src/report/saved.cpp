@@ -55,9 +55,10 @@ QStringList RecomendacoesDaAnalise(Store& db, const QString& tabela, const QStri
 {
     QStringList chaves;
     Cursor rs = consulta::sql(db,
-                              QStringLiteral("SELECT CodCultivo FROM %1 WHERE CodAnalise = ? COLLATE BINARY ORDER BY rowid")
+                              QStringLiteral("SELECT CodCultivo FROM %1 WHERE CodAnalise = ? AND CodAnalise = ? COLLATE BINARY "
+                                             "ORDER BY rowid")
                                   .arg(quoteIdentifier(tabela)),
-                              {codAnalise});
+                              {codAnalise, codAnalise});
     for (; !rs.atEnd(); rs.moveNext())
         chaves << rs.value(0).toString();
     return chaves;

@@ -12,8 +12,15 @@ QString condicao(const QList<Chave>& chaves, QVariantList& valores)
 {
     QStringList partes;
     for (const Chave& chave : chaves) {
-        partes << quoteIdentifier(chave.coluna) + QStringLiteral(" = ? COLLATE BINARY");
+        // The column's own comparison finds the rows through its index; the exact one then sorts
+        // out those that differ in case alone.
+        const QString coluna = quoteIdentifier(chave.coluna);
+        partes << coluna + QStringLiteral(" = ?");
         valores << chave.valor;
+        if (!chave.ignoraCaixa) {
+            partes << coluna + QStringLiteral(" = ? COLLATE BINARY");
+            valores << chave.valor;
+        }
     }
     return partes.isEmpty() ? QString() : QStringLiteral(" WHERE ") + partes.join(QStringLiteral(" AND "));
 }

@@ -13,11 +13,13 @@ namespace lavra {
 
 class Store;
 
-// A column and the value it must hold. Texts match byte by byte, case and accents included, and
-// a null cell matches nothing: the way the program has always compared its keys.
+// A column and the value it must hold. Texts match byte by byte, case and accents included, as the
+// routines that walk a table compare; a statement's own comparison ignores the case of letters,
+// and a key read that way says so. A null cell matches nothing.
 struct Chave {
     QString coluna;
     QVariant valor;
+    bool ignoraCaixa = false;
 };
 
 // Lookups by key through the indexes, each on a connection of its own that closes on return, so

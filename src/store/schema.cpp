@@ -241,9 +241,11 @@ const QList<IndexDef>& schema::indexes()
 
 QString schema::createIndexStatement(const IndexDef& index)
 {
+    // Each column keeps its own collation, so that one index serves the lookups that ignore case
+    // and, narrowed by it, those that compare byte by byte.
     QStringList columns;
     for (const QString& column : index.columns)
-        columns << quoteIdentifier(column) + QStringLiteral(" COLLATE BINARY");
+        columns << quoteIdentifier(column);
     const QString name = QStringLiteral("ix_%1_%2").arg(index.table, index.columns.join(QLatin1Char('_')));
     return QStringLiteral("CREATE INDEX IF NOT EXISTS %1 ON %2 (%3)")
         .arg(quoteIdentifier(name), quoteIdentifier(index.table), columns.join(QStringLiteral(", ")));

@@ -90,21 +90,45 @@ TEST(IndexesTest, AVersionOneFileGetsTheIndexesAtStartAndKeepsItsRows)
 TEST(IndexesTest, KeyedLookupsGoThroughTheIndexes)
 {
     test::ScratchDatabase scratch;
-    // Each index answers the lookup by its columns in the form the keyed queries write it.
+    // Each index answers the lookup by its columns in the form the keyed queries write it, and the
+    // lookup that ignores case as well.
     for (const IndexDef& index : schema::indexes()) {
-        QStringList keys;
-        for (const QString& column : index.columns)
-            keys << quoteIdentifier(column) + QStringLiteral(" = ? COLLATE BINARY");
-        const QString sql = QStringLiteral("SELECT * FROM %1 WHERE %2 ORDER BY rowid LIMIT 1")
-                                .arg(quoteIdentifier(index.table), keys.join(QStringLiteral(" AND ")));
-        EXPECT_TRUE(plan(scratch, sql).contains(indexName(index))) << sql.toStdString();
+        for (const char* form : {"%1 = ? AND %1 = ? COLLATE BINARY", "%1 = ?"}) {
+            QStringList keys;
+            for (const QString& column : index.columns)
+                keys << QString::fromLatin1(form).arg(quoteIdentifier(column));
+            const QString sql = QStringLiteral("SELECT * FROM %1 WHERE %2 ORDER BY rowid LIMIT 1")
+                                    .arg(quoteIdentifier(index.table), keys.join(QStringLiteral(" AND ")));
+            EXPECT_TRUE(plan(scratch, sql).contains(indexName(index))) << sql.toStdString();
+        }
     }
     // The saved recommendations of one analysis, by the first key alone.
-    EXPECT_TRUE(plan(scratch, QStringLiteral("SELECT CodCultivo FROM RecoForm WHERE CodAnalise = ? COLLATE BINARY"))
+    EXPECT_TRUE(plan(scratch, QStringLiteral("SELECT CodCultivo FROM RecoForm WHERE CodAnalise = ? AND CodAnalise = ? COLLATE BINARY"))
                     .contains(QStringLiteral("ix_RecoForm_CodAnalise_CodCultivo")));
     // The names of the clients that have analyses, read from the index alone.
-    EXPECT_TRUE(plan(scratch, QStringLiteral("SELECT DISTINCT Cliente COLLATE BINARY FROM Analises"))
+    EXPECT_TRUE(plan(scratch, QStringLiteral("SELECT DISTINCT Cliente FROM Analises"))
                     .contains(QStringLiteral("COVERING INDEX ix_Analises_Cliente")));
+}
+
+TEST(IndexesTest, KeysMatchExactlyUnlessTheLookupIgnoresCase)
+{
+    test::ScratchDatabase scratch;
+    scratch.exec(QStringLiteral("INSERT INTO Analises (\"Código\", Cliente) VALUES ('faz/G1/01/02/2026', 'Ana'), "
+                                "('Faz/G1/01/02/2026', 'Ana'), (NULL, 'Ana')"));
+    Store db(scratch.path());
+    const QString codigo = QStringLiteral("Código");
+    const auto exata = consulta::primeira(db, QStringLiteral("Analises"), {{codigo, QStringLiteral("Faz/G1/01/02/2026")}});
+    ASSERT_TRUE(exata);
+    EXPECT_EQ(exata->at(0).toString(), QStringLiteral("Faz/G1/01/02/2026"));
+    // Ignoring case, the first row in table order answers.
+    const auto semCaixa
+        = consulta::primeira(db, QStringLiteral("Analises"), {{codigo, QStringLiteral("FAZ/g1/01/02/2026"), true}});
+    ASSERT_TRUE(semCaixa);
+    EXPECT_EQ(semCaixa->at(0).toString(), QStringLiteral("faz/G1/01/02/2026"));
+    EXPECT_FALSE(consulta::existe(db, QStringLiteral("Analises"), {{codigo, QStringLiteral("FAZ/g1/01/02/2026")}}));
+    EXPECT_FALSE(consulta::existe(db, QStringLiteral("Analises"), {{codigo, QString()}}));
+    // A quote in a key is a character like any other.
+    EXPECT_FALSE(consulta::existe(db, QStringLiteral("Analises"), {{codigo, QStringLiteral("x' OR '1'='1")}}));
 }
 
 } // namespace
