@@ -37,6 +37,7 @@ test: build
 # Times the operations a user waits on against a large generated database.
 bench: build
 	./$(BUILD_DIR)/bench/lavra_bench
+	./$(BUILD_DIR)/bench/lavra_bench_janelas
 
 clean:
 	rm -rf $(BUILD_DIR)
