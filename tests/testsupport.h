@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/navigation.h"
 #include "base/numbers.h"
 
 #include <QLocale>
@@ -28,6 +29,34 @@ class MachineLocale {
 public:
     explicit MachineLocale(const QLocale& locale) { setMachineLocale(locale); }
     ~MachineLocale() { resetMachineLocale(); }
+};
+
+// The windows of a chain, as far as the closing routines see them.
+class FakeHost : public WindowHost {
+public:
+    QStringList open;
+    QStringList closed;
+    QStringList shown;
+    bool answer = true;  // to "cancel?"
+    int questions = 0;
+
+    QStringList openWindows() const override { return open; }
+    void closeWindow(const QString& name) override
+    {
+        open.removeAll(name);
+        closed << name;
+    }
+    void showWindow(const QString& name) override
+    {
+        if (!open.contains(name))
+            open << name;
+        shown << name;
+    }
+    bool confirmCancel() override
+    {
+        ++questions;
+        return answer;
+    }
 };
 
 inline QLocale commaLocale() { return QLocale(QLocale::Portuguese, QLocale::Brazil); }

@@ -8,27 +8,7 @@ using namespace lavra;
 
 namespace {
 
-class FakeHost : public WindowHost {
-public:
-    QStringList open;
-    QStringList shown;
-    bool answer = true;
-    int questions = 0;
-
-    QStringList openWindows() const override { return open; }
-    void closeWindow(const QString& name) override { open.removeAll(name); }
-    void showWindow(const QString& name) override
-    {
-        if (!open.contains(name))
-            open << name;
-        shown << name;
-    }
-    bool confirmCancel() override
-    {
-        ++questions;
-        return answer;
-    }
-};
+using test::FakeHost;
 
 const QStringList kChain = {"frmLavra",      "frmCliAn",    "frmGrupCult", "frmCalagem",     "frmGraos",
                             "frmNPK",        "frmFormulação", "frmParcelaN", "frmFinalCalculo", "frmCadCli"};

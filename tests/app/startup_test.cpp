@@ -3,7 +3,6 @@
 #include "store/storeerror.h"
 #include "testsupport.h"
 
-#include <QFileInfo>
 #include <QSqlQuery>
 #include <gtest/gtest.h>
 
@@ -23,24 +22,14 @@ protected:
     }
 };
 
-TEST_F(TecnicoTest, EmptyTableIsToldAndLeavesTheNamesEmpty)
+// An empty table is told; rows without the mark say nothing; the first marked row wins.
+TEST_F(TecnicoTest, FirstMarkedRowWinsAndOnlyAnEmptyTableIsTold)
 {
     EXPECT_TRUE(CarregaTecnico(session));
-    EXPECT_TRUE(session.NomeTec.isEmpty());
-    EXPECT_TRUE(session.CreaTec.isEmpty());
     EXPECT_FALSE(session.db.cn.isOpen());
-}
-
-TEST_F(TecnicoTest, RowsWithoutTheMarkSayNothing)
-{
     addTecnico(QStringLiteral("Ana"), 0);
     EXPECT_FALSE(CarregaTecnico(session));
-    EXPECT_TRUE(session.NomeTec.isEmpty());
-}
-
-TEST_F(TecnicoTest, FirstMarkedRowWins)
-{
-    addTecnico(QStringLiteral("Ana"), 0);
+    EXPECT_TRUE(session.NomeTec.isEmpty() && session.CreaTec.isEmpty());
     addTecnico(QStringLiteral("Bruno"), 1);
     addTecnico(QStringLiteral("Carla"), 1);
     EXPECT_FALSE(CarregaTecnico(session));
@@ -87,9 +76,7 @@ TEST_F(NpkUpgradeTest, EightColumnsGainFourMarkedColumnsAndSingleNutrients)
 
     const QStringList columns = declared();
     ASSERT_EQ(columns.size(), 12);
-    EXPECT_EQ(columns[2], QStringLiteral("N SINGLE"));
-    EXPECT_EQ(columns[3], QStringLiteral("P SINGLE"));
-    EXPECT_EQ(columns[4], QStringLiteral("K SINGLE"));
+    EXPECT_EQ(columns.mid(2, 3), (QStringList{"N SINGLE", "P SINGLE", "K SINGLE"}));
     EXPECT_EQ(columns.mid(8), (QStringList{"MS TEXT(40)", "EFICN TEXT(40)", "EFICP TEXT(40)", "EFICK TEXT(40)"}));
 
     db.AbreTabela(QStringLiteral("SELECT * FROM NPK;"));
@@ -126,19 +113,6 @@ TEST_F(NpkUpgradeTest, FailureLeavesTheOldTableAsItWas)
     EXPECT_EQ(declared().size(), 8);
     EXPECT_EQ(declared()[2], QStringLiteral("N DOUBLE"));
     EXPECT_FALSE(db.cn.isOpen());
-}
-
-TEST(AbreBancoTest, MissingFileIsCreatedComplete)
-{
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("Lavra.db"));
-    Session session;
-    AbreBanco(session, path);
-    EXPECT_TRUE(QFileInfo::exists(path));
-    EXPECT_EQ(session.db.strConn, path);
-    session.db.AbreTabela(QStringLiteral("SELECT * FROM RecoFormulac;"));
-    EXPECT_EQ(session.db.rs.columnCount(), 62);
-    session.db.fecha();
 }
 
 } // namespace

@@ -7,14 +7,8 @@ using namespace lavra;
 
 namespace {
 
-struct NumberCase {
-    const char* comma;  // as typed on a machine with a decimal comma
-    bool invalid;
-    bool cleared;
-    int symbolBoxes;
-};
-
-// The same entries on a point machine are the comma entries with the two symbols swapped.
+// Entries are written as a point machine shows them; a comma machine gets them with the two symbols
+// swapped.
 QString swapped(const char* text)
 {
     QString s = QString::fromUtf8(text);
@@ -27,20 +21,30 @@ QString swapped(const char* text)
     return s;
 }
 
-class ValidaNumeroTest : public ::testing::TestWithParam<bool> {};
+class BothSymbols : public ::testing::TestWithParam<bool> {
+protected:
+    bool comma() const { return GetParam(); }
+    QString typed(const char* text) const { return comma() ? swapped(text) : QString::fromUtf8(text); }
+    test::MachineLocale locale{GetParam() ? test::commaLocale() : test::pointLocale()};
+};
 
-TEST_P(ValidaNumeroTest, OnlyDigitsAndTheMachinesSymbolPass)
+struct NumberCase {
+    const char* point;
+    bool invalid;
+    bool cleared;
+    int symbolBoxes;
+};
+
+TEST_P(BothSymbols, OnlyDigitsAndTheMachinesSymbolPass)
 {
-    const bool commaMachine = GetParam();
-    test::MachineLocale locale(commaMachine ? test::commaLocale() : test::pointLocale());
     const NumberCase cases[] = {
-        {"", false, false, 0},      {"12", false, false, 0},    {"1,5", false, false, 0},
-        {",5", false, false, 0},    {"12a", true, true, 0},     {"1,5,5", true, true, 0},
-        {"-5", true, false, 1},     {"1.5", true, false, 1},    {"-1.5", true, false, 2},
-        {"1,5e3", true, false, 1},  {"1.000,5", true, false, 1}, {"abc", true, true, 0},
+        {"", false, false, 0},     {"12", false, false, 0},    {"1.5", false, false, 0},
+        {".5", false, false, 0},   {"12a", true, true, 0},     {"1.5.5", true, true, 0},
+        {"-5", true, false, 1},    {"1,5", true, false, 1},    {"-1,5", true, false, 2},
+        {"1.5e3", true, false, 1}, {"1,000.5", true, false, 1}, {"abc", true, true, 0},
     };
     for (const NumberCase& c : cases) {
-        const QString text = commaMachine ? QString::fromUtf8(c.comma) : swapped(c.comma);
+        const QString text = typed(c.point);
         const NumberCheck check = ValidaNumero(text);
         SCOPED_TRACE(text.toStdString());
         EXPECT_EQ(check.invalid, c.invalid);
@@ -51,10 +55,7 @@ TEST_P(ValidaNumeroTest, OnlyDigitsAndTheMachinesSymbolPass)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Locales, ValidaNumeroTest, ::testing::Bool());
-
-// Bounds of one quantity of each kind, typed as the point machine shows them; the comma machine
-// gets the same with the symbols swapped. Zero passes everywhere and a negative number nowhere.
+// Bounds of one quantity of each kind. Zero passes everywhere and a negative number nowhere.
 struct RangeCase {
     Grandeza grandeza;
     const char* highest;
@@ -62,13 +63,8 @@ struct RangeCase {
     const char* message;
 };
 
-class FaixaTest : public ::testing::TestWithParam<bool> {};
-
-TEST_P(FaixaTest, QuantitiesHaveTheirBounds)
+TEST_P(BothSymbols, QuantitiesHaveTheirBounds)
 {
-    const bool commaMachine = GetParam();
-    test::MachineLocale locale(commaMachine ? test::commaLocale() : test::pointLocale());
-    const auto typed = [commaMachine](const char* text) { return commaMachine ? swapped(text) : QString::fromUtf8(text); };
     const RangeCase cases[] = {
         {Grandeza::PH, "14", "14.01", "O pH deve estar entre 0 e 14."},
         {Grandeza::Ca, "200", "200.1", "O cálcio (Ca) deve estar entre 0 e 200 cmolc/dm³."},
@@ -97,11 +93,8 @@ TEST_P(FaixaTest, QuantitiesHaveTheirBounds)
 
 // What Executar and Calcular refuse: ValidaNumero's first box before any bound, so a sign or a
 // thousands separator is told as a symbol; then the bounds.
-TEST_P(FaixaTest, FieldsAreRefusedByTheFieldCheckBeforeTheirBounds)
+TEST_P(BothSymbols, FieldsAreRefusedByTheFieldCheckBeforeTheirBounds)
 {
-    const bool commaMachine = GetParam();
-    test::MachineLocale locale(commaMachine ? test::commaLocale() : test::pointLocale());
-    const auto typed = [commaMachine](const char* text) { return commaMachine ? swapped(text) : QString::fromUtf8(text); };
     const QString ph = QStringLiteral("O pH deve estar entre 0 e 14.");
     const std::pair<const char*, std::optional<QString>> cases[] = {
         {"", std::nullopt},          {"6.5", std::nullopt},         {"14.5", ph},
@@ -119,8 +112,6 @@ TEST_P(FaixaTest, FieldsAreRefusedByTheFieldCheckBeforeTheirBounds)
     EXPECT_EQ(RecusaValor(Grandeza::NecNBase, typed("80.5")), std::nullopt);
 }
 
-INSTANTIATE_TEST_SUITE_P(Locales, FaixaTest, ::testing::Bool());
-
 TEST(ValidaDataTest, Boundaries)
 {
     const std::pair<const char*, bool> cases[] = {
@@ -132,20 +123,16 @@ TEST(ValidaDataTest, Boundaries)
         EXPECT_EQ(ValidaData(QString::fromLatin1(digits)), accepted) << digits;
 }
 
-TEST(AvisaValorElevadoTest, WarnsStrictlyAboveFiveHundred)
+TEST_P(BothSymbols, WarnsStrictlyAboveFiveHundred)
 {
-    for (const bool commaMachine : {true, false}) {
-        test::MachineLocale locale(commaMachine ? test::commaLocale() : test::pointLocale());
-        const QString justAbove = commaMachine ? QStringLiteral("500,01") : QStringLiteral("500.01");
-        EXPECT_FALSE(AvisaValorElevado(QStringLiteral("500")));
-        EXPECT_EQ(AvisaValorElevado(justAbove), kMsgValorElevado);
-        EXPECT_EQ(AvisaValorElevado(5000), kMsgValorElevado);
-        EXPECT_FALSE(AvisaValorElevado(QString()));
-        EXPECT_FALSE(AvisaValorElevado(QStringLiteral("muito")));
-    }
+    EXPECT_FALSE(AvisaValorElevado(QStringLiteral("500")));
+    EXPECT_EQ(AvisaValorElevado(typed("500.01")), kMsgValorElevado);
+    EXPECT_EQ(AvisaValorElevado(5000), kMsgValorElevado);
+    EXPECT_FALSE(AvisaValorElevado(QString()));
+    EXPECT_FALSE(AvisaValorElevado(QStringLiteral("muito")));
 }
 
-TEST(FormataNumeroTest, PatternsUnderBothSymbols)
+TEST_P(BothSymbols, FormataNumeroPatterns)
 {
     struct Case {
         QVariant value;
@@ -157,15 +144,12 @@ TEST(FormataNumeroTest, PatternsUnderBothSymbols)
         {2.5, 0, "3"},              {-1.25, 1, "-1.3"},   {7, 2, "7.00"},      {0.004, 2, "0.00"},
         {QStringLiteral("---"), 2, "---"}, {3.14159, 3, ""}, {99.999, 2, "100.00"},
     };
-    for (const bool commaMachine : {true, false}) {
-        test::MachineLocale locale(commaMachine ? test::commaLocale() : test::pointLocale());
-        for (const Case& c : cases) {
-            const QString expected = commaMachine ? swapped(c.point) : QString::fromUtf8(c.point);
-            EXPECT_EQ(FormataNumero(c.value, c.casas), expected) << c.point;
-        }
-        const QString typed = commaMachine ? QStringLiteral("1,5") : QStringLiteral("1.5");
-        EXPECT_EQ(FormataNumero(typed, 2), commaMachine ? QStringLiteral("1,50") : QStringLiteral("1.50"));
-    }
+    for (const Case& c : cases)
+        EXPECT_EQ(FormataNumero(c.value, c.casas), typed(c.point)) << c.point;
+    EXPECT_EQ(FormataNumero(typed("1.5"), 2), typed("1.50"));
 }
+
+INSTANTIATE_TEST_SUITE_P(Locales, BothSymbols, ::testing::Values(true, false),
+                         [](const auto& info) { return info.param ? "Comma" : "Point"; });
 
 } // namespace

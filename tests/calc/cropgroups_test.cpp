@@ -53,17 +53,13 @@ INSTANTIATE_TEST_SUITE_P(Grupos, CropGroupTest,
         CasoGrupo { 6, "Medicinais/Aromáticas/Condimentares", "frmCondMedic", "", false, 22 },
         CasoGrupo { 7, "Outras Culturas (Cana-de-acúcar)", "frmCana", "", false, 2 }));
 
-TEST(CropGroupTest, OtherNumbersAndNamesAreNoGroup)
+TEST(CropGroupTest, WindowsOfTheGroupsAndPlansAndNoneForOtherNames)
 {
     EXPECT_FALSE(grupoCultura(0));
     EXPECT_FALSE(grupoCultura(8));
     EXPECT_FALSE(grupoCultura(QStringLiteral("Produtoras de graos")));
     EXPECT_TRUE(culturasDoGrupo(8).isEmpty());
     EXPECT_TRUE(janelaAjustada(QString()).isEmpty());
-}
-
-TEST(CropGroupTest, PlanWindowByPlanKind)
-{
     EXPECT_EQ(janelaDoPlano(QStringLiteral("Fórmulas")), QStringLiteral("frmNPK"));
     EXPECT_EQ(janelaDoPlano(QStringLiteral("Formulação")), QStringLiteral("frmFormulação"));
     EXPECT_TRUE(janelaDoPlano(QString()).isEmpty());

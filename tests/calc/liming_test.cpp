@@ -89,7 +89,6 @@ const CasoMetodo kCasosMetodo[] = {
     {"Media", kConvencional, MetodoCalagem::Media, {.SMP = 5.5f}, kDolomitico, 6.0666666f, "6.1", "1334.67"},
     {"DivisorHalvesTheDose", kConsolidado, MetodoCalagem::SMP, {.pH = 5.0f, .V = 50.0f}, kDolomitico, 13.2f, "6.6", "1452.00"},
     {"SmpColumnOfPh55", kArrozSeco, MetodoCalagem::SMP, {.pH = 5.0f, .SMP = 6.0f}, kDolomitico, 2.1333334f, "2.1", "469.33"},
-    {"SmpIndexBelowTheTableReads44", kConvencional, MetodoCalagem::SMP, {.SMP = 4.2f}, kFiller, 22.105263f, "22.1", "8510.53"},
     {"SmpIndexAboveTheTableGivesNothing", kConvencional, MetodoCalagem::SMP, {.SMP = 7.2f}, kDolomitico, 0, "0", "0"},
     {"MediaWithoutSmpRowKeepsHalfTheSaturation", kConvencional, MetodoCalagem::Media, {.SMP = 7.2f}, kDolomitico, 2.0f, "2.0", "440.00"},
     {"SaturationAboveTargetShowsZero", kConvencional, MetodoCalagem::SatBases, {.V = 80.0f}, kDolomitico, -0.6666667f, "0", "0"},
@@ -99,11 +98,13 @@ const CasoMetodo kCasosMetodo[] = {
     {"CaAndMgAboveLimits", kArrozCaMg, MetodoCalagem::SatBases, {.Ca = 2.1f, .Mg = 0.6f}, kDolomitico, 0, "0", "0"},
 };
 
-class LimingMethodTest : public ::testing::TestWithParam<std::tuple<CasoMetodo, bool>> {
-protected:
+// A new database for each test.
+struct ComBanco {
     test::ScratchDatabase scratch;
     Store db{scratch.path()};
 };
+
+class LimingMethodTest : public ::testing::TestWithParam<std::tuple<CasoMetodo, bool>>, protected ComBanco {};
 
 TEST_P(LimingMethodTest, DoseAndCostOfTheShippedRows)
 {
@@ -143,11 +144,7 @@ const CasoCriterio kCasosCriterio[] = {
     {"OneCriterionPhAtLimit", kConvencional, {.pH = 6.0f, .SatAl = 50, .V = 20, .classeP = 3}, false},
 };
 
-class LimingCriteriaTest : public ::testing::TestWithParam<CasoCriterio> {
-protected:
-    test::ScratchDatabase scratch;
-    Store db{scratch.path()};
-};
+class LimingCriteriaTest : public ::testing::TestWithParam<CasoCriterio>, protected ComBanco {};
 
 TEST_P(LimingCriteriaTest, NeedDecidedByPhAndSaturation)
 {
@@ -189,18 +186,15 @@ TEST(LimingDisplayTest, RoundingOfDoseAndCostUnderBothSymbols)
     }
 }
 
-class LimingRunTest : public ::testing::Test {
+class LimingRunTest : public ::testing::Test, protected ComBanco {
 protected:
     // A crop limed by base saturation alone; the shipped table has none.
     void SetUp() override
     {
-        scratch.exec(QStringLiteral("INSERT INTO Calagem VALUES ('Só saturação', 1, 0, 1, 0, 0, 0, 70, 0, 0, 'N', 'N')"));
-        scratch.exec(QStringLiteral("INSERT INTO Calagem VALUES ('Sem divisor', 1, 2, 0, 0, 0, 0, 75, 6, 75, 'N', 'N')"));
-        scratch.exec(QStringLiteral("INSERT INTO Calagem VALUES ('Coluna 9', 1, 9, 1, 0, 0, 0, 75, 6, 75, 'n', 'N')"));
+        scratch.exec(QStringLiteral("INSERT INTO Calagem VALUES ('Só saturação', 1, 0, 1, 0, 0, 0, 70, 0, 0, 'N', 'N'), "
+                                    "('Sem divisor', 1, 2, 0, 0, 0, 0, 75, 6, 75, 'N', 'N'), "
+                                    "('Coluna 9', 1, 9, 1, 0, 0, 0, 75, 6, 75, 'n', 'N')"));
     }
-
-    test::ScratchDatabase scratch;
-    Store db{scratch.path()};
 };
 
 TEST_F(LimingRunTest, SaturationOnlySystemForcesItsMethod)

@@ -26,22 +26,13 @@ protected:
         session.Analise[6] = 12.5f;
         session.Grupo = 1;
         session.PlanoNum = 1;
-        session.Dados[1] = QStringLiteral("Soja");
-        session.Dados[2] = QStringLiteral("Primeiro");
-        session.Dados[4] = 3.5f;
-        session.Dados[5] = QStringLiteral("Calcário dolomítico");
-        session.Dados[6] = QStringLiteral("75");
-        session.Dados[7] = 220.0f;
-        session.Dados[8] = 2.4f;
-        session.Dados[9] = 528.0f;
-        session.Dados[10] = 2.4f * 12.5;
-        session.Dados[11] = 528.0 * 12.5;
-        session.Dados[12] = QStringLiteral("0-20-20");
-        session.Dados[13] = 2915.0f;
-        session.Dados[14] = 300.0f;
-        session.Dados[15] = 874.5f;
-        session.Dados[16] = 3750.0;
-        session.Dados[17] = 874.5 * 12.5;
+        // Crop, order, (date), yield; liming: material, PRNT text, R$/t, t/ha, R$/ha, t, R$; base formula likewise.
+        const QVariant dados[] = {QStringLiteral("Soja"), QStringLiteral("Primeiro"), 0, 3.5f,
+                                  QStringLiteral("Calcário dolomítico"), QStringLiteral("75"), 220.0f, 2.4f, 528.0f,
+                                  2.4f * 12.5, 528.0 * 12.5, QStringLiteral("0-20-20"), 2915.0f, 300.0f, 874.5f,
+                                  3750.0, 874.5 * 12.5};
+        for (int slot = 1; slot <= 17; ++slot)
+            session.Dados[slot] = dados[slot - 1];
         session.CustoCalcario = 528.0 * 12.5;
         session.CustoBase = 874.5 * 12.5;
         session.CustoN = 0.004;

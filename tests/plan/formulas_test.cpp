@@ -86,17 +86,17 @@ TEST(FormulasTest, IndicatedListKeepsTheToleranceAtExactlyTenKilograms)
     EXPECT_EQ(Insere_Indicados(npkTeste, { 10, 40, 40 }, false).linhas.size(), 6);
 
     // Without K the ratio is unknown, yet the list still works on P + K.
-    EXPECT_TRUE(TextoNecessidade({ 0, 60, 0 }).endsWith(QStringLiteral("é de: ?")));
     EXPECT_EQ(formulas(Insere_Indicados(tabela({ npk("0-30-0", 0, 30, 0, 2000) }), { 0, 60, 0 }, true)),
         QStringList { "0-30-0" });
 }
 
-TEST(FormulasTest, NeedCaptionPrintsSinglesAndTheRatioWithTwoDecimals)
+TEST(FormulasTest, NeedCaptionPrintsSinglesAndTheRatioWithTwoDecimalsOrAQuestionMark)
 {
     test::MachineLocale comma(test::commaLocale());
     EXPECT_EQ(TextoNecessidade({ 40.5f, 60, 90 }),
         QStringLiteral(
             "Necessidade NPK na Base é de: 40,5 _ 60 _ 90. A Relação P/K da Necessidade é de: 0,67"));
+    EXPECT_TRUE(TextoNecessidade({ 0, 60, 0 }).endsWith(QStringLiteral("é de: ?")));
 }
 
 TEST(FormulasTest, ThreeModesGiveDoseSupplyAndCost)
@@ -155,7 +155,7 @@ TEST(FormulasTest, RefusalsLeaveNoResult)
     }
 }
 
-TEST(FormulasTest, HalvesRoundToEvenInTheBoxesAndTheQuestion)
+TEST(FormulasTest, QuestionOnlyBeyondTenKilogramsOfTheHalfToEvenBoxes)
 {
     // 6.25 % N over 168 and 184 kg/ha supplies exactly 10.5 and 11.5 kg of N, with no N needed.
     const LinhaFlx linha = linhaDe(npk("6.25-25-25", 6.25f, 25, 25, 2000));
@@ -168,6 +168,15 @@ TEST(FormulasTest, HalvesRoundToEvenInTheBoxesAndTheQuestion)
     const ResultadoCalculo acima = Calcula({ { 0, 46, 46 }, ModoCalculo::IntegralizarP, linha });
     EXPECT_EQ(acima.txtForn[0], QStringLiteral("12"));
     EXPECT_TRUE(PerguntaFornecimento({ 0, 46, 46 }, FornecimentoDasCaixas(acima.txtForn)));
+
+    // Only beyond ten kilograms, on any nutrient.
+    test::MachineLocale comma(test::commaLocale());
+    EXPECT_FALSE(PerguntaFornecimento({ 20, 60, 60 }, { 10, 70, 50 }));
+    EXPECT_TRUE(PerguntaFornecimento({ 20, 60, 60 }, { 20, 70.01f, 60 }));
+    EXPECT_EQ(PerguntaFornecimento({ 20, 60, 60.5f }, { 20, 75, 60 }).value_or(Desfecho()).texto,
+        QStringLiteral("A necessidade de N, P e K é de   20--60--60,5 kg/ha\n\n"
+                       "As quantidades fonecidas de N, P e K são   20--75--60 kg/ha\n\n"
+                       "CONTINUAR A RECOMENDAÇÃO COM ESTAS QUANTIDADES?"));
 }
 
 TEST(FormulasTest, StatusLabelsCompareTheRoundedBoxWithTheUnroundedSupply)
@@ -206,17 +215,6 @@ TEST(FormulasTest, StatusLabelsCompareTheRoundedBoxWithTheUnroundedSupply)
         EXPECT_EQ(s.texto, kAcimaDoNormal);
         EXPECT_FALSE(s.vermelho);
     }
-}
-
-TEST(FormulasTest, QuestionOnlyBeyondTenKilograms)
-{
-    test::MachineLocale comma(test::commaLocale());
-    EXPECT_FALSE(PerguntaFornecimento({ 20, 60, 60 }, { 10, 70, 50 }));
-    EXPECT_TRUE(PerguntaFornecimento({ 20, 60, 60 }, { 20, 70.01f, 60 }));
-    EXPECT_EQ(PerguntaFornecimento({ 20, 60, 60.5f }, { 20, 75, 60 }).value_or(Desfecho()).texto,
-        QStringLiteral("A necessidade de N, P e K é de   20--60--60,5 kg/ha\n\n"
-                       "As quantidades fonecidas de N, P e K são   20--75--60 kg/ha\n\n"
-                       "CONTINUAR A RECOMENDAÇÃO COM ESTAS QUANTIDADES?"));
 }
 
 TEST(FormulasTest, SlotsOfTheFormulaAndTheWayOn)

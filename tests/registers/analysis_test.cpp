@@ -75,30 +75,12 @@ protected:
             "INSERT INTO Clientes (Nome) VALUES ('João'), ('Bruno'), ('Ana'), ('ANA'), ('Ana Maria'), ('Carla  ')"));
     }
 
+    // João's analysis of 15/03/2021, by Mehlich: client .. number, date, pH .. K, CTC, bases, method.
     static CamposAnalise sample()
     {
-        CamposAnalise c;
-        c.cliente = QStringLiteral("João");
-        c.local = QStringLiteral("Passo Fundo");
-        c.fazenda = QStringLiteral("Santa Rita");
-        c.gleba = QStringLiteral("Talhão 3");
-        c.area = n("12.5");
-        c.numAnalise = QStringLiteral("L-123");
-        c.data = QStringLiteral("15/03/2021");
-        c.pH = n("5.2");
-        c.ca = n("4.1");
-        c.mg = n("1.6");
-        c.al = n("0.4");
-        c.hAl = n("5.5");
-        c.smp = n("5.8");
-        c.mo = n("3.2");
-        c.argila = QStringLiteral("45");
-        c.p = n("8.4");
-        c.k = QStringLiteral("96");
-        c.ctc = n("11.44");
-        c.bases = n("51.93");
-        c.mehlich = true;
-        return c;
+        return {"João", "Passo Fundo", "Santa Rita", "Talhão 3", n("12.5"), "L-123", "15/03/2021",
+                n("5.2"), n("4.1"), n("1.6"), n("0.4"), n("5.5"), n("5.8"), n("3.2"), "45", n("8.4"), "96",
+                n("11.44"), n("51.93"), true};
     }
 
     // Runs Executar, answering every question with the given answer.
@@ -199,50 +181,45 @@ TEST_F(AnalysisRegisterTest, RefusalsWriteNothing)
 {
     test::MachineLocale locale(test::commaLocale());
     struct Case {
-        const char* name;
-        std::function<void(CamposAnalise&, QString&)> change;
+        QString CamposAnalise::*campo;
+        const char* typed;
         QString message;
         QString field;
     };
+    const QString noDay = QStringLiteral("Data inexistente: 31/02/2010. Verifique o dia e o mês.");
     const Case cases[] = {
-        {"no operation", [](CamposAnalise&, QString& op) { op.clear(); }, kMsgNenhumaAcao, {}},
-        {"empty client", [](CamposAnalise& c, QString&) { c.cliente.clear(); }, kMsgCamposVazios, "txtCliente"},
-        {"farm of blanks", [](CamposAnalise& c, QString&) { c.fazenda = QStringLiteral("   "); }, kMsgCamposVazios,
-         "txtFazenda"},
-        {"no CTC worked out", [](CamposAnalise& c, QString&) { c.ctc.clear(); }, kMsgCamposVazios, "txtCTC"},
-        {"no method", [](CamposAnalise& c, QString&) { c.mehlich = false; }, kMsgMetodoP, {}},
-        {"sign", [](CamposAnalise& c, QString&) { c.ca = QStringLiteral("-5"); }, kMsgSimboloDecimal, "txtCa"},
-        {"point on a comma machine", [](CamposAnalise& c, QString&) { c.p = QStringLiteral("8.4"); },
-         kMsgSimboloDecimal, "txtP"},
-        {"not a number", [](CamposAnalise& c, QString&) { c.area = QStringLiteral("12a"); }, kMsgValorInvalido,
-         QStringLiteral("txtÁrea")},
-        {"pH above 14", [](CamposAnalise& c, QString&) { c.pH = QStringLiteral("14,2"); },
-         QStringLiteral("O pH deve estar entre 0 e 14."), "txtpH"},
-        {"clay above 100 %", [](CamposAnalise& c, QString&) { c.argila = QStringLiteral("101"); },
-         QStringLiteral("A argila deve estar entre 0 e 100 %."), "txtArgila"},
-        {"P beyond a 32-bit float", [](CamposAnalise& c, QString&) { c.p = QString(40, QLatin1Char('9')); },
+        {&CamposAnalise::cliente, "", kMsgCamposVazios, "txtCliente"},
+        {&CamposAnalise::fazenda, "   ", kMsgCamposVazios, "txtFazenda"},
+        {&CamposAnalise::ctc, "", kMsgCamposVazios, "txtCTC"},  // no CTC worked out
+        {&CamposAnalise::ca, "-5", kMsgSimboloDecimal, "txtCa"},
+        {&CamposAnalise::p, "8.4", kMsgSimboloDecimal, "txtP"},  // a point on a comma machine
+        {&CamposAnalise::area, "12a", kMsgValorInvalido, QStringLiteral("txtÁrea")},
+        {&CamposAnalise::pH, "14,2", QStringLiteral("O pH deve estar entre 0 e 14."), "txtpH"},
+        {&CamposAnalise::argila, "101", QStringLiteral("A argila deve estar entre 0 e 100 %."), "txtArgila"},
+        // Beyond a 32-bit float.
+        {&CamposAnalise::p, "9999999999999999999999999999999999999999",
          QStringLiteral("O fósforo (P) deve estar entre 0 e 10000 mg/dm³."), "txtP"},
-        {"no bases and no aluminium",
-         [](CamposAnalise& c, QString&) { c.ca = c.mg = c.al = c.k = QStringLiteral("0"); }, kMsgSemBases, "txtCa"},
-        {"client not registered", [](CamposAnalise& c, QString&) { c.cliente = QStringLiteral("Daniel"); },
-         kMsgClienteNaoCadastrado, "txtCliente"},
-        {"client in other letters", [](CamposAnalise& c, QString&) { c.cliente = QStringLiteral("JOÃO"); },
-         kMsgClienteNaoCadastrado, "txtCliente"},
-        {"empty date", [](CamposAnalise& c, QString&) { c.data = QStringLiteral("//"); }, kMsgDataInvalida, "mskData"},
-        {"month 13", [](CamposAnalise& c, QString&) { c.data = QStringLiteral("10/13/2020"); }, kMsgDataInvalida,
-         "mskData"},
-        {"no such day", [](CamposAnalise& c, QString&) { c.data = QStringLiteral("31/02/2010"); },
-         QStringLiteral("Data inexistente: 31/02/2010. Verifique o dia e o mês."), "mskData"},
+        {&CamposAnalise::cliente, "Daniel", kMsgClienteNaoCadastrado, "txtCliente"},
+        {&CamposAnalise::cliente, "JOÃO", kMsgClienteNaoCadastrado, "txtCliente"},  // in other letters
+        {&CamposAnalise::data, "//", kMsgDataInvalida, "mskData"},
+        {&CamposAnalise::data, "10/13/2020", kMsgDataInvalida, "mskData"},
+        {&CamposAnalise::data, "31/02/2010", noDay, "mskData"},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+        SCOPED_TRACE(c.typed);
         CamposAnalise campos = sample();
-        QString operacao = kCadastro;
-        c.change(campos, operacao);
-        const ResultadoCadastro r = run(operacao, campos);
-        EXPECT_EQ(r.desfecho, Desfecho::aviso(c.message, c.field));
-        EXPECT_EQ(r.seguimento, Seguimento::Fica);
+        campos.*c.campo = QString::fromUtf8(c.typed);
+        EXPECT_EQ(run(kCadastro, campos).desfecho, Desfecho::aviso(c.message, c.field));
     }
+    CamposAnalise semMetodo = sample();
+    semMetodo.mehlich = false;
+    EXPECT_EQ(run(kCadastro, semMetodo).desfecho, Desfecho::aviso(kMsgMetodoP));
+    CamposAnalise semBases = sample();
+    semBases.ca = semBases.mg = semBases.al = semBases.k = QStringLiteral("0");
+    EXPECT_EQ(run(kCadastro, semBases).desfecho, Desfecho::aviso(kMsgSemBases, "txtCa"));
+    const ResultadoCadastro semOperacao = run(QString(), sample());
+    EXPECT_EQ(semOperacao.desfecho, Desfecho::aviso(kMsgNenhumaAcao));
+    EXPECT_EQ(semOperacao.seguimento, Seguimento::Fica);
     EXPECT_EQ(rows(), 0);
     EXPECT_FALSE(session.db.cn.isOpen());
 }
@@ -267,20 +244,17 @@ TEST_F(AnalysisRegisterTest, BlanksAroundTheTextsAreNotKept)
     EXPECT_FALSE(session.db.cn.isOpen());
 }
 
-TEST_F(AnalysisRegisterTest, SameFarmFieldAndDateIsRefusedEvenForAnotherClient)
-{
-    add(sample());
-    CamposAnalise other = sample();
-    other.cliente = QStringLiteral("Bruno");
-    const ResultadoCadastro r = run(kCadastro, other);
-    EXPECT_EQ(r.desfecho, Desfecho::aviso(kMsgDuplicacao));
-    EXPECT_EQ(r.codAnalise, QStringLiteral("Santa Rita/Talhão 3/15/03/2021"));
-    EXPECT_EQ(rows(), 1);
-}
-
-TEST_F(AnalysisRegisterTest, EditKeepsOrChangesTheCode)
+TEST_F(AnalysisRegisterTest, SameFarmFieldAndDateIsRefusedAndAnEditKeepsOrChangesTheCode)
 {
     const QString first = add(sample());
+    // Even for another client.
+    CamposAnalise bruno = sample();
+    bruno.cliente = QStringLiteral("Bruno");
+    const ResultadoCadastro r0 = run(kCadastro, bruno);
+    EXPECT_EQ(r0.desfecho, Desfecho::aviso(kMsgDuplicacao));
+    EXPECT_EQ(r0.codAnalise, first);
+    EXPECT_EQ(rows(), 1);
+
     CamposAnalise second = sample();
     second.data = QStringLiteral("16/03/2021");
     const QString other = add(second);
@@ -309,29 +283,24 @@ TEST_F(AnalysisRegisterTest, EditKeepsOrChangesTheCode)
 
 TEST_F(AnalysisRegisterTest, RecommendationsHoldEditAndDeletionBack)
 {
-    struct Case {
-        const char* table;
-        bool editable;
-        bool deletable;
-    };
-    // A forest recommendation blocks the edit and not the deletion.
-    const Case cases[] = {{"RecoForm", false, false}, {"RecoFormulac", false, false}, {"RecoFlorest", false, true}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.table);
+    // Every recommendation blocks the edit; a forest one does not block the deletion.
+    const std::pair<const char*, bool> cases[] = {{"RecoForm", false}, {"RecoFormulac", false}, {"RecoFlorest", true}};
+    for (const auto& [table, deletable] : cases) {
+        SCOPED_TRACE(table);
         const QString codigo = add(sample());
-        scratch.exec(QStringLiteral("INSERT INTO %1 (CodAnalise) VALUES ('%2')").arg(QString::fromLatin1(c.table), codigo));
+        scratch.exec(QStringLiteral("INSERT INTO %1 (CodAnalise) VALUES ('%2')").arg(QString::fromLatin1(table), codigo));
 
         const ResultadoCadastro edit = run(kEdicao, sample(), codigo);
         EXPECT_EQ(edit.desfecho, Desfecho::critico(kMsgEdicaoComRecomendacao));
 
         const ResultadoCadastro del = run(kExclusao, CamposAnalise{}, codigo);
-        EXPECT_EQ(del.seguimento, c.deletable ? Seguimento::Concluida : Seguimento::Fica);
-        if (!c.deletable) {
+        EXPECT_EQ(del.seguimento, deletable ? Seguimento::Concluida : Seguimento::Fica);
+        if (!deletable) {
             EXPECT_EQ(del.desfecho, Desfecho::critico(kMsgExclusaoComRecomendacao));
             scratch.exec(QStringLiteral("DELETE FROM Analises"));
         }
         EXPECT_EQ(rows(), 0);
-        scratch.exec(QStringLiteral("DELETE FROM %1").arg(QString::fromLatin1(c.table)));
+        scratch.exec(QStringLiteral("DELETE FROM %1").arg(QString::fromLatin1(table)));
     }
 }
 

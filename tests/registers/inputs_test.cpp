@@ -59,39 +59,33 @@ TEST(InputsTest, RowOfAFertiliser)
     }
 }
 
-TEST(InputsTest, QuotationRepricesEveryRowAndOverridesTheFixedRate)
+// A quotation reprices every row over the fixed rate, or, failing half-way, leaves every price as it was.
+TEST(InputsTest, QuotationRepricesEveryRowOrNone)
 {
     test::ScratchDatabase scratch;
     scratch.exec(QStringLiteral("DELETE FROM Calcario"));
     scratch.exec(QStringLiteral("DELETE FROM NPK"));
-    Store db(scratch.path());
-    const QVariantList material = linhaCorretivo(QStringLiteral("Calcítico"), QStringLiteral("80"), QStringLiteral("100"));
-    EXPECT_DOUBLE_EQ(material[3].toDouble(), 157.0);
-    scratch.exec(QStringLiteral("INSERT INTO Calcario VALUES ('Calcítico', 80, 100, 157)"));
-    scratch.exec(QStringLiteral("INSERT INTO Calcario VALUES ('Filler', 95, 33, 181.5)"));
+    scratch.exec(QStringLiteral("INSERT INTO Calcario VALUES ('Calcítico', 80, 100, 157), ('Filler', 95, 33, 181.5)"));
     scratch.exec(QStringLiteral("INSERT INTO NPK (\"Fórmula\", \"US$/t\", \"R$/t\") VALUES ('05-20-20', 400, 2200)"));
-
-    AtualizaCotacao(db, 5.45f);
-    EXPECT_EQ(LeCotacao(db), 5.45f);
-    EXPECT_DOUBLE_EQ(scratch.scalar(QStringLiteral("SELECT \"R$/t\" FROM Calcario WHERE Nome='Calcítico'")).toDouble(), 545.0);
-    EXPECT_DOUBLE_EQ(scratch.scalar(QStringLiteral("SELECT \"R$/t\" FROM Calcario WHERE Nome='Filler'")).toDouble(), 179.85);
-    EXPECT_DOUBLE_EQ(scratch.scalar(QStringLiteral("SELECT \"R$/t\" FROM NPK")).toDouble(), 2180.0);
-    EXPECT_FALSE(db.cn.isOpen());
-}
-
-TEST(InputsTest, AFailedQuotationUpdateLeavesEveryPriceAsItWas)
-{
-    test::ScratchDatabase scratch;
-    scratch.exec(QStringLiteral("DELETE FROM Calcario"));
-    scratch.exec(QStringLiteral("DELETE FROM NPK"));
+    const auto preco = [&scratch](const char* where) {
+        return scratch.scalar(QStringLiteral("SELECT \"R$/t\" FROM %1").arg(QString::fromUtf8(where))).toDouble();
+    };
     Store db(scratch.path());
-    scratch.exec(QStringLiteral("INSERT INTO Calcario VALUES ('Calcítico', 80, 100, 157)"));
-    scratch.exec(QStringLiteral("INSERT INTO NPK (\"Fórmula\", \"US$/t\", \"R$/t\") VALUES ('05-20-20', 400, 2200)"));
-    // The second list fails half-way.
+    EXPECT_DOUBLE_EQ(linhaCorretivo(QStringLiteral("Calcítico"), QStringLiteral("80"), QStringLiteral("100"))[3].toDouble(),
+                     157.0);
+
     scratch.exec(QStringLiteral("CREATE TRIGGER falha BEFORE UPDATE ON NPK BEGIN SELECT RAISE(ABORT, 'disco cheio'); END"));
     EXPECT_ANY_THROW(AtualizaCotacao(db, 6.0f));
     EXPECT_DOUBLE_EQ(scratch.scalar(QStringLiteral("SELECT Cotacao FROM CotDolar")).toDouble(), 5.5);
-    EXPECT_DOUBLE_EQ(scratch.scalar(QStringLiteral("SELECT \"R$/t\" FROM Calcario")).toDouble(), 157.0);
+    EXPECT_DOUBLE_EQ(preco("Calcario WHERE Nome='Calcítico'"), 157.0);
+    EXPECT_FALSE(db.cn.isOpen());
+
+    scratch.exec(QStringLiteral("DROP TRIGGER falha"));
+    AtualizaCotacao(db, 5.45f);
+    EXPECT_EQ(LeCotacao(db), 5.45f);
+    EXPECT_DOUBLE_EQ(preco("Calcario WHERE Nome='Calcítico'"), 545.0);
+    EXPECT_DOUBLE_EQ(preco("Calcario WHERE Nome='Filler'"), 179.85);
+    EXPECT_DOUBLE_EQ(preco("NPK"), 2180.0);
     EXPECT_FALSE(db.cn.isOpen());
 }
 

@@ -29,54 +29,35 @@ TEST_P(InterpretaClasseTable, GivesTheManualsClass)
     EXPECT_EQ(InterpretaClasse(row.valor, row.aux, QString::fromLatin1(row.tipo)), row.classe);
 }
 
-INSTANTIATE_TEST_SUITE_P(Acidity, InterpretaClasseTable, ::testing::Values(
-    ClassRow{"pH", 5.0f, 0, 1}, ClassRow{"pH", 5.4f, 0, 2}, ClassRow{"pH", 6.0f, 0, 3},
-    ClassRow{"pH", 6.01f, 0, 4}));
+const ClassRow kRows[] = {
+    {"pH", 5.0f, 0, 1}, {"pH", 5.4f, 0, 2}, {"pH", 6.0f, 0, 3}, {"pH", 6.01f, 0, 4},
+    // Three classes only: nothing is ever very low or very high.
+    {"Ca", 0.0f, 0, 2}, {"Ca", 2.0f, 0, 2}, {"Ca", 4.0f, 0, 3}, {"Ca", 4.01f, 0, 4}, {"Mg", 0.5f, 0, 2},
+    {"Mg", 1.0f, 0, 3}, {"Mg", 1.1f, 0, 4}, {"MO", 2.5f, 0, 2}, {"MO", 5.0f, 0, 3}, {"MO", 5.1f, 0, 4},
+    {"CTC", 5.0f, 0, 2}, {"CTC", 15.0f, 0, 3}, {"CTC", 15.01f, 0, 4}, {"CTC", 1000.0f, 0, 4},
+    // The lowest bound of the saturations is strict.
+    {"SatAl", 0.99f, 0, 1}, {"SatAl", 1.0f, 0, 2}, {"SatAl", 10.0f, 0, 2}, {"SatAl", 20.0f, 0, 3},
+    {"SatAl", 20.01f, 0, 4}, {"SatBas", 44.99f, 0, 1}, {"SatBas", 45.0f, 0, 2}, {"SatBas", 64.0f, 0, 2},
+    {"SatBas", 80.0f, 0, 3}, {"SatBas", 80.01f, 0, 4},
+    // Potassium: the CTC in aux chooses the table.
+    {"K", 15, 5.0f, 1}, {"K", 20, 5.0f, 2}, {"K", 15, 5.01f, 1}, {"K", 20, 5.01f, 1}, {"K", 90, 5.0f, 4},
+    {"K", 91, 5.0f, 5}, {"K", 120, 15.0f, 4}, {"K", 121, 15.0f, 5}, {"K", 30, 15.01f, 1}, {"K", 60, 20.0f, 2},
+    {"K", 180, 20.0f, 4}, {"K", 181, 20.0f, 5},
+    // Phosphorus code digits: area (1 ordinary, 2 irrigated rice), method (1 Mehlich, 2 resin), clay class.
+    {"P", 2, 111, 1}, {"P", 3, 111, 2}, {"P", 12, 111, 4}, {"P", 12.1f, 111, 5}, {"P", 3, 112, 1},
+    {"P", 18, 112, 4}, {"P", 9, 112, 3}, {"P", 4, 113, 1}, {"P", 24, 113, 4}, {"P", 7, 114, 1},
+    {"P", 42, 114, 4}, {"P", 42.1f, 114, 5},
+    // Irrigated rice has no class 1, whatever the clay.
+    {"P", 3, 211, 2}, {"P", 2, 211, 2}, {"P", 0, 214, 2}, {"P", 6, 212, 3}, {"P", 12, 213, 4}, {"P", 12.1f, 214, 5},
+    // Resin ignores clay and area.
+    {"P", 5, 121, 1}, {"P", 5, 124, 1}, {"P", 5, 221, 1}, {"P", 10, 124, 2}, {"P", 20, 122, 3},
+    {"P", 40, 123, 4}, {"P", 40.1f, 121, 5},
+    // Nothing matches.
+    {"P", 5, 311, 0}, {"P", 5, 131, 0}, {"P", 5, 110, 0}, {"P", 5, 115, 0}, {"P", 5, 11, 0},
+    {"P", 5, 1111, 0}, {"P", 5, 0, 0}, {"ph", 5, 0, 0}, {"Zn", 5, 0, 0}, {"", 5, 0, 0},
+};
 
-// Three classes only: nothing is ever very low or very high.
-INSTANTIATE_TEST_SUITE_P(ThreeClasses, InterpretaClasseTable, ::testing::Values(
-    ClassRow{"Ca", 0.0f, 0, 2}, ClassRow{"Ca", 2.0f, 0, 2}, ClassRow{"Ca", 4.0f, 0, 3},
-    ClassRow{"Ca", 4.01f, 0, 4}, ClassRow{"Mg", 0.5f, 0, 2}, ClassRow{"Mg", 1.0f, 0, 3},
-    ClassRow{"Mg", 1.1f, 0, 4}, ClassRow{"MO", 2.5f, 0, 2}, ClassRow{"MO", 5.0f, 0, 3},
-    ClassRow{"MO", 5.1f, 0, 4}, ClassRow{"CTC", 5.0f, 0, 2}, ClassRow{"CTC", 15.0f, 0, 3},
-    ClassRow{"CTC", 15.01f, 0, 4}, ClassRow{"CTC", 1000.0f, 0, 4}));
-
-// The lowest bound of the saturations is strict.
-INSTANTIATE_TEST_SUITE_P(Saturations, InterpretaClasseTable, ::testing::Values(
-    ClassRow{"SatAl", 0.99f, 0, 1}, ClassRow{"SatAl", 1.0f, 0, 2}, ClassRow{"SatAl", 10.0f, 0, 2},
-    ClassRow{"SatAl", 20.0f, 0, 3}, ClassRow{"SatAl", 20.01f, 0, 4}, ClassRow{"SatBas", 44.99f, 0, 1},
-    ClassRow{"SatBas", 45.0f, 0, 2}, ClassRow{"SatBas", 64.0f, 0, 2}, ClassRow{"SatBas", 80.0f, 0, 3},
-    ClassRow{"SatBas", 80.01f, 0, 4}));
-
-// The CTC in aux chooses the table.
-INSTANTIATE_TEST_SUITE_P(Potassium, InterpretaClasseTable, ::testing::Values(
-    ClassRow{"K", 15, 5.0f, 1}, ClassRow{"K", 20, 5.0f, 2}, ClassRow{"K", 15, 5.01f, 1},
-    ClassRow{"K", 20, 5.01f, 1}, ClassRow{"K", 90, 5.0f, 4}, ClassRow{"K", 91, 5.0f, 5},
-    ClassRow{"K", 120, 15.0f, 4}, ClassRow{"K", 121, 15.0f, 5}, ClassRow{"K", 30, 15.01f, 1},
-    ClassRow{"K", 60, 20.0f, 2}, ClassRow{"K", 180, 20.0f, 4}, ClassRow{"K", 181, 20.0f, 5}));
-
-// Code digits: area (1 ordinary, 2 irrigated rice), method (1 Mehlich, 2 resin), clay class.
-INSTANTIATE_TEST_SUITE_P(PhosphorusMehlich, InterpretaClasseTable, ::testing::Values(
-    ClassRow{"P", 2, 111, 1}, ClassRow{"P", 3, 111, 2}, ClassRow{"P", 12, 111, 4},
-    ClassRow{"P", 12.1f, 111, 5}, ClassRow{"P", 3, 112, 1}, ClassRow{"P", 18, 112, 4},
-    ClassRow{"P", 9, 112, 3}, ClassRow{"P", 4, 113, 1}, ClassRow{"P", 24, 113, 4},
-    ClassRow{"P", 7, 114, 1}, ClassRow{"P", 42, 114, 4}, ClassRow{"P", 42.1f, 114, 5}));
-
-// Irrigated rice has no class 1, whatever the clay.
-INSTANTIATE_TEST_SUITE_P(PhosphorusIrrigatedRice, InterpretaClasseTable, ::testing::Values(
-    ClassRow{"P", 3, 211, 2}, ClassRow{"P", 2, 211, 2}, ClassRow{"P", 0, 214, 2},
-    ClassRow{"P", 6, 212, 3}, ClassRow{"P", 12, 213, 4}, ClassRow{"P", 12.1f, 214, 5}));
-
-// Resin ignores clay and area.
-INSTANTIATE_TEST_SUITE_P(PhosphorusResin, InterpretaClasseTable, ::testing::Values(
-    ClassRow{"P", 5, 121, 1}, ClassRow{"P", 5, 124, 1}, ClassRow{"P", 5, 221, 1},
-    ClassRow{"P", 10, 124, 2}, ClassRow{"P", 20, 122, 3}, ClassRow{"P", 40, 123, 4},
-    ClassRow{"P", 40.1f, 121, 5}));
-
-INSTANTIATE_TEST_SUITE_P(NothingMatches, InterpretaClasseTable, ::testing::Values(
-    ClassRow{"P", 5, 311, 0}, ClassRow{"P", 5, 131, 0}, ClassRow{"P", 5, 110, 0},
-    ClassRow{"P", 5, 115, 0}, ClassRow{"P", 5, 11, 0}, ClassRow{"P", 5, 1111, 0},
-    ClassRow{"P", 5, 0, 0}, ClassRow{"ph", 5, 0, 0}, ClassRow{"Zn", 5, 0, 0}, ClassRow{"", 5, 0, 0}));
+INSTANTIATE_TEST_SUITE_P(Manual, InterpretaClasseTable, ::testing::ValuesIn(kRows));
 
 TEST(ClasseArgila, MostClayeyIsClassOne)
 {
@@ -124,7 +105,7 @@ TEST_P(DoseCorrecaoPhosphorus, RunsFromNinetyAtTheLowerLimitToNothingAtTheCritic
 // Clays of 15, 35 and 60 have a critical level whose float lies below the double.
 INSTANTIATE_TEST_SUITE_P(Clays, DoseCorrecaoPhosphorus, ::testing::Values(0.0, 15.0, 35.0, 60.0));
 
-TEST(DoseCorrecao, PotassiumIsAllOrNothing)
+TEST(DoseCorrecao, PotassiumIsAllOrNothingAndOnlyTheExactNamesCount)
 {
     const double ctc = 10;
     const double y2 = 2.5376 * ctc + 37.105;
@@ -132,10 +113,7 @@ TEST(DoseCorrecao, PotassiumIsAllOrNothing)
     EXPECT_EQ(DoseCorrecao(ctc, y2 - 0.001, "K"), 120.0f);
     EXPECT_EQ(DoseCorrecao(ctc, y2, "K"), 0.0f);
     EXPECT_EQ(DoseCorrecao(ctc, 200, "K"), 0.0f);
-}
-
-TEST(DoseCorrecao, OnlyTheExactNamesCount)
-{
+    // Only the exact names count.
     EXPECT_EQ(DoseCorrecao(10, 0, "k"), 0.0f);
     EXPECT_EQ(DoseCorrecao(30, 0, "p"), 0.0f);
     EXPECT_EQ(DoseCorrecao(30, 0, ""), 0.0f);

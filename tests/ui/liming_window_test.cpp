@@ -5,10 +5,8 @@
 #include "testsupport.h"
 #include "uitestsupport.h"
 
-#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
-#include <QRadioButton>
 #include <QTableView>
 
 #include <functional>
@@ -16,13 +14,14 @@
 using namespace lavra;
 using namespace lavra::test;
 
-// The liming step driven as the user does: system, method, material, and on to the crop.
+// The liming step driven as the user does: system, method, material, and on to the crop. Doses,
+// refusals and the session's slots are tests/calc/liming_test.cpp's.
 class LimingWindowTest : public QObject {
     Q_OBJECT
 
 private:
     // An acid soil of 10 ha that needs lime under every system of the grain group.
-    static QWidget* abre(UiHarness& h, int grupo = 1, const QString& nomeGrupo = QStringLiteral("Produtoras de grãos"))
+    static QWidget* abre(UiHarness& h)
     {
         Session& s = h.session();
         s.limpaCalculo();
@@ -34,8 +33,8 @@ private:
         for (const auto& [elemento, valor] : elementos)
             s.Analise[elemento] = valor;
         s.Analise[31] = 3;
-        s.Grupo = static_cast<std::int16_t>(grupo);
-        s.NomeGrupo = nomeGrupo;
+        s.Grupo = 1;
+        s.NomeGrupo = QStringLiteral("Produtoras de grãos");
         s.BloqueiaFechar = true;
         return h.open(QStringLiteral("frmCalagem"));
     }
@@ -63,29 +62,14 @@ private:
     static QString resultado(QWidget* w) { return find<QLabel>(w, QStringLiteral("lblResultado"))->text(); }
     static QString custo(QWidget* w) { return find<QLabel>(w, QStringLiteral("lblCust"))->text(); }
 
-    // A crop window that stands in for the one of the group, whatever state that window is in.
-    static void cropWindow(UiHarness& h, const QString& name, bool available)
-    {
-        h.windows().registerWindow(name, [available]() { return available ? new QWidget : nullptr; });
-    }
-
 private Q_SLOTS:
-    void refusalsThenAFreshDoseSaved()
+    void refusalThenADoseThatEveryChoiceMakesStale()
     {
         MachineLocale machine(commaLocale());
         UiHarness h;
-        cropWindow(h, QStringLiteral("frmGraos"), true);
         QWidget* w = abre(h);
-        auto* sistemas = find<QComboBox>(w, QStringLiteral("cboSistemas"));
-        QCOMPARE(sistemas->count(), 7);
-        QCOMPARE(sistemas->currentText(), QStringLiteral("Selecione"));
-        QCOMPARE(find<QTableView>(w, QStringLiteral("dtgCalc"))->currentIndex().row(), 0);
         click(w, QStringLiteral("cmdCalc"));
-        click(w, QStringLiteral("Check1"));
-        click(w, QStringLiteral("cmdCalc"));
-        click(w, QStringLiteral("Check1"));
-        click(w, QStringLiteral("cmdProssegue"));
-        QCOMPARE(h.texts(), (QStringList{kMsgSelecioneSistema, kMsgNaoCalcularMarcada, kMsgCalcarioNaoCalculado}));
+        QCOMPARE(h.texts(), QStringList{kMsgSelecioneSistema});
         QCOMPARE(h.boxes[0].icone, ui::Icone::Exclamacao);
         h.clearBoxes();
 
@@ -109,37 +93,17 @@ private Q_SLOTS:
             QVERIFY(resultado(w).isEmpty());
             QVERIFY(custo(w).isEmpty());
         }
-        click(w, QStringLiteral("cmdProssegue"));
-        QCOMPARE(h.texts(), QStringList{kMsgCalcarioNaoCalculado});
-
-        // No till at pH 5.2 and V 45: (-0.516 + 0.805 x 2 + 2.435 x 1) / 0.95 / 2 = 1.857 t/ha.
-        click(w, QStringLiteral("cmdCalc"));
-        QCOMPARE(resultado(w), QStringLiteral("1,9"));
-        QCOMPARE(custo(w), QStringLiteral("715,09"));
-        h.session().CustoEtapa2 = 8;
-        click(w, QStringLiteral("cmdProssegue"));
-        QVERIFY(!w->isVisible());
-        QVERIFY(h.windows().window(QStringLiteral("frmGraos"))->isVisible());
-        QCOMPARE(h.session().Dados[5].toString(), QStringLiteral("Calcário filler"));
-        QCOMPARE(h.session().Dados[8].toFloat(), 1.9f);
-        QCOMPARE(h.session().CustoCalcario, static_cast<double>(10.0f * (1.9f * 385.0f)));
-        QCOMPARE(h.session().CustoEtapa2, 0.0);
+        // Going on with the dose is the whole chain's (recommendation_test).
     }
 
-    void forcedMethodAndRegisterEdit()
+    void anEditedPriceMakesTheDoseStale()
     {
-        MachineLocale machine(pointLocale());
         UiHarness h;
-        h.exec(QStringLiteral("INSERT INTO Calagem VALUES ('Só saturação', 1, 0, 1, 0, 0, 0, 70, 0, 0, 'N', 'N')"));
         QWidget* w = abre(h);
-        // A crop limed by base saturation alone turns that method on, and says so.
-        escolheSistema(w, QStringLiteral("Só saturação"));
-        click(w, QStringLiteral("optMédia"));
+        escolheSistema(w, QStringLiteral("Sistema convencional"));
+        click(w, QStringLiteral("optSMP"));
         click(w, QStringLiteral("cmdCalc"));
-        QCOMPARE(h.texts(), QStringList{kMsgApenasSaturacao});
-        QCOMPARE(h.boxes[0].icone, ui::Icone::Informacao);
-        QVERIFY(find<QRadioButton>(w, QStringLiteral("optSatB"))->isChecked());
-        QCOMPARE(resultado(w), QStringLiteral("3.3"));
+        QVERIFY(!resultado(w).isEmpty());
 
         // Another table written, or this one re-read unchanged: the figures stand.
         const auto avisa = [](const QString& tabela) {
@@ -153,72 +117,6 @@ private Q_SLOTS:
         avisa(QStringLiteral("Calcario"));
         QVERIFY(resultado(w).isEmpty());
         QVERIFY(custo(w).isEmpty());
-        QCOMPARE(find<QTableView>(w, QStringLiteral("dtgCalc"))->currentIndex().row(), 0);
-    }
-
-    void noLimingZeroesTheSlotsAndGoesOn()
-    {
-        UiHarness h;
-        cropWindow(h, QStringLiteral("frmFlorest"), true);
-        QWidget* w = abre(h, 4, QStringLiteral("Essências Florestais"));
-        escolheSistema(w, QStringLiteral("Eucalipto"));
-        h.clearBoxes();
-        click(w, QStringLiteral("cmdCalc"));
-        QCOMPARE(resultado(w), QStringLiteral("0"));
-        h.session().Dados[8] = 3.0f;
-        h.session().CustoEtapa1 = 4;
-        click(w, QStringLiteral("Check1"));
-        QVERIFY(resultado(w).isEmpty());
-        for (int slot = 5; slot <= 11; ++slot)
-            QCOMPARE(h.session().Dados[slot], QVariant(0));
-        h.session().CustoCalcario = 50;
-        click(w, QStringLiteral("cmdProssegue"));
-        QVERIFY(h.boxes.isEmpty());
-        QCOMPARE(h.session().CustoCalcario, 0.0);
-        // The forest plan keeps the costs of its dressings.
-        QCOMPARE(h.session().CustoEtapa1, 4.0);
-        QVERIFY(h.windows().window(QStringLiteral("frmFlorest")));
-    }
-
-    void faultsAndMissingWindowsKeepTheStep()
-    {
-        UiHarness h;
-        h.exec(QStringLiteral("UPDATE Calcario SET PRNT = 0 WHERE Nome = 'Calcário filler'"));
-        cropWindow(h, QStringLiteral("frmHort"), false);
-        QWidget* w = abre(h, 2, QStringLiteral("Hortaliças"));
-        escolheSistema(w, QStringLiteral("Hortaliças em geral"));
-        click(w, QStringLiteral("optSatB"));
-        escolheMaterial(w, QStringLiteral("Calcário filler"));
-        click(w, QStringLiteral("cmdCalc"));
-        QCOMPARE(h.boxes.size(), 1);
-        QCOMPARE(h.boxes[0].icone, ui::Icone::Critico);
-        QVERIFY(resultado(w).isEmpty());
-
-        escolheMaterial(w, QStringLiteral("Calcário dolomítico"));
-        click(w, QStringLiteral("cmdCalc"));
-        h.clearBoxes();
-        click(w, QStringLiteral("cmdProssegue"));
-        QCOMPARE(h.texts(), QStringList{QStringLiteral("O cálculo das culturas do grupo \"Hortaliças\" ainda não está "
-                                                       "disponível nesta versão do programa.")});
-        QVERIFY(w->isVisible());
-        QVERIFY(!resultado(w).isEmpty());
-    }
-
-    void backKeepsTheStepAndCancelAsks()
-    {
-        UiHarness h;
-        h.open(QStringLiteral("frmGrupCult"))->hide();
-        QWidget* w = abre(h);
-        escolheSistema(w, QStringLiteral("Sistema convencional"));
-        click(w, QStringLiteral("cmdRetorna"));
-        QVERIFY(!w->isVisible());
-        QVERIFY(h.windows().window(QStringLiteral("frmGrupCult"))->isVisible());
-        QCOMPARE(h.windows().show(QStringLiteral("frmCalagem")), w);
-        QCOMPARE(find<QComboBox>(w, QStringLiteral("cboSistemas"))->currentText(), QStringLiteral("Sistema convencional"));
-
-        click(w, QStringLiteral("cmdCancela"));
-        QCOMPARE(h.texts().last(), QStringLiteral("Está certo que quer cancelar?"));
-        QTRY_VERIFY(!h.windows().window(QStringLiteral("frmCalagem")));
     }
 };
 

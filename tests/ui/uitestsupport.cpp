@@ -1,10 +1,12 @@
 #include "uitestsupport.h"
 
+#include "app/ui/chainwindow.h"
 #include "store/databasefile.h"
 #include "store/storeerror.h"
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QListWidget>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTableView>
@@ -86,6 +88,42 @@ void focusByTab(QWidget* window, const QString& control)
     QWidget* widget = find<QWidget>(window, control);
     QFocusEvent event(QEvent::FocusIn, Qt::TabFocusReason);
     QApplication::sendEvent(widget, &event);
+}
+
+void fill(QWidget* window, const QList<std::pair<QString, QString>>& fields)
+{
+    for (const auto& [field, value] : fields)
+        type(window, field, value);
+}
+
+QString text(QWidget* window, const QString& field)
+{
+    auto* edit = find<QLineEdit>(window, field);
+    return edit ? edit->text() : QString();
+}
+
+QStringList texts(QWidget* window, const QStringList& fields)
+{
+    QStringList list;
+    for (const QString& field : fields)
+        list << text(window, field);
+    return list;
+}
+
+void choose(QWidget* window, const QString& list, int row)
+{
+    if (auto* widget = find<QListWidget>(window, list))
+        widget->setCurrentRow(row);
+}
+
+QWidget* openStandIn(UiHarness& h, const QString& name)
+{
+    auto* window = new ui::ChainWindow(h.session(), h.windows());
+    window->setObjectName(name);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    h.windows().track(window);
+    window->show();
+    return window;
 }
 
 } // namespace lavra::test

@@ -5,6 +5,7 @@
 
 #include <QLineEdit>
 #include <QList>
+#include <QStringList>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -59,5 +60,14 @@ void click(QWidget* window, const QString& button);
 void selectRow(QWidget* window, const QString& grid, int row);
 // Gives a control the focus as Tab would, without the window having to be active.
 void focusByTab(QWidget* window, const QString& control);
+// Types each (field, text) pair in turn.
+void fill(QWidget* window, const QList<std::pair<QString, QString>>& fields);
+// The text of a field, and of several fields in turn.
+QString text(QWidget* window, const QString& field);
+QStringList texts(QWidget* window, const QStringList& fields);
+// Makes a row of a list current, as a click on it would.
+void choose(QWidget* window, const QString& list, int row);
+// A plain step of the chain, open under a name, standing in for the real one.
+QWidget* openStandIn(UiHarness& h, const QString& name);
 
 } // namespace lavra::test
