@@ -17,14 +17,6 @@ void Store::AbreTabela(const QString& sql)
     rs.open(sql, cn);
 }
 
-void Store::AbreTabelaLaudo(const QString& tabela)
-{
-    cnLaudo = Connection(strConn);
-    cnLaudo.open();
-    rsLaudo = Cursor();
-    rsLaudo.open(QStringLiteral("SELECT * FROM ") + tabela, cnLaudo);
-}
-
 bool Store::ExisteValor(const QString& tabela, const QString& valor, int campo) const
 {
     // A null text asks for an empty cell, as it always compared equal to one; a null cell stays

@@ -6,26 +6,21 @@
 
 namespace lavra {
 
-// The shared pair every routine uses in turn, the second pair of the report builders, and the
-// statement text that callers set before opening a table.
+// The database file and the shared pair that the routines walking a whole table use in turn.
+// Lookups by key go through query.h instead, each on a connection of its own.
 class Store {
 public:
     Store() = default;
     explicit Store(QString databasePath) : strConn(std::move(databasePath)) {}
 
     QString strConn;  // stands for the path of the database file
-    QString strSQL;
     Connection cn;
     Cursor rs;
-    Connection cnLaudo;
-    Cursor rsLaudo;
 
     // Drops what cn held and opens a fresh connection.
     void AbreConexao();
     // AbreConexao, then a fresh cursor on the statement in rs.
     void AbreTabela(const QString& sql);
-    // The same on the report pair, on "SELECT * FROM " and the table.
-    void AbreTabelaLaudo(const QString& tabela);
     // Whether any row of the table holds the text at the column of that ordinal, byte by byte,
     // through the column's index. Uses a connection of its own, so that it can be called while rs
     // is being walked.

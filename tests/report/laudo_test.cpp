@@ -205,9 +205,6 @@ TEST_F(LaudoTest, AMissingCompanyOrRowIsRefusedWithTheKeysSetAll)
     EXPECT_EQ(session.TipoLaudo, QStringLiteral("Florestais"));
     EXPECT_EQ(session.LaudoAnalise, kAnalise);
     EXPECT_EQ(session.LaudoCultivo, QStringLiteral("Eucalipto-Primeiro-05/09/2026"));
-    // The report pair is closed again, so the next report opens it afresh.
-    EXPECT_FALSE(session.db.rsLaudo.isOpen());
-    EXPECT_FALSE(session.db.cnLaudo.isOpen());
 }
 
 TEST_F(LaudoTest, TheFirstRowOfTheKeyIsTheOnePrinted)

@@ -4,11 +4,9 @@
 #include "store/database.h"
 #include "store/store.h"
 #include "store/storeerror.h"
-#include "heldfile.h"
 #include "testsupport.h"
 
 #include <QDate>
-#include <QElapsedTimer>
 #include <gtest/gtest.h>
 
 using namespace lavra;
@@ -268,22 +266,6 @@ TEST_F(StoreTest, OnlyARollbackThatUndidRowsMakesViewsReadAgain)
     // was undone, and the views are told so.
     EXPECT_EQ(told.count(QString()), 1);
     EXPECT_EQ(scratch.scalar(QStringLiteral("SELECT COUNT(*) FROM Clientes")).toInt(), 0);
-}
-
-TEST_F(StoreTest, AHeldFileIsWaitedForOnceNotTwice)
-{
-    const int former = DatabaseFile::busyTimeout();
-    DatabaseFile::setBusyTimeout(400);
-    test::HeldFile other(scratch.path());
-    ASSERT_TRUE(other.held());
-    QElapsedTimer waited;
-    waited.start();
-    EXPECT_THROW(db.AbreTabela(QStringLiteral("SELECT * FROM Clientes ORDER BY Nome")), StoreError);
-    const qint64 elapsed = waited.elapsed();
-    db.descarta();
-    DatabaseFile::setBusyTimeout(former);
-    EXPECT_GE(elapsed, 300);
-    EXPECT_LT(elapsed, 750) << "an editable reading tried again after the file refused it";
 }
 
 } // namespace
