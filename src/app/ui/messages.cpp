@@ -5,7 +5,6 @@
 
 #include <QAbstractButton>
 #include <QDir>
-#include <QLineEdit>
 
 namespace lavra::ui {
 
@@ -75,11 +74,8 @@ bool mostra(QWidget* parent, const Desfecho& desfecho)
     }
     // The field named is one of the window's own, to be corrected.
     if (parent && !desfecho.campo.isEmpty()) {
-        if (auto* campo = parent->findChild<QWidget*>(desfecho.campo)) {
-            if (auto* texto = qobject_cast<QLineEdit*>(campo))
-                texto->selectAll();
+        if (auto* campo = parent->findChild<QWidget*>(desfecho.campo))
             campo->setFocus();
-        }
     }
     return sim;
 }
