@@ -1,8 +1,8 @@
 #include "navigation.h"
 
+#include "app/windownames.h"
 #include "store/query.h"
 #include "store/storeerror.h"
-#include "app/windownames.h"
 
 namespace lavra {
 

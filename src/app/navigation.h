@@ -1,7 +1,7 @@
 #pragma once
 
-#include "session.h"
 #include "app/windownames.h"
+#include "session.h"
 
 #include <QString>
 #include <QStringList>

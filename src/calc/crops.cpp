@@ -1,9 +1,9 @@
 #include "crops.h"
 
-#include "base/numbers.h"
-#include "registers/analysis.h"
-#include "registers/interpretation.h"
+#include "app/analise.h"
 #include "app/windownames.h"
+#include "base/numbers.h"
+#include "registers/interpretation.h"
 
 #include <QSet>
 
@@ -298,19 +298,16 @@ struct DefinicaoGraf {
 
 // In the order of IndicadorGraf, which is the order of the bars.
 constexpr std::array<DefinicaoGraf, 9> kDefinicoesGraf = { {
-    { IndicadorGraf::pH, "pH", "pH", 27 },
-    { IndicadorGraf::Ca, "Ca", "Ca", 28 },
-    { IndicadorGraf::Mg, "Mg", "Mg", 29 },
-    { IndicadorGraf::SatAl, "SatAl", "SatAl", 34 },
-    { IndicadorGraf::SatB, "SatB", "SatBas", 35 },
-    { IndicadorGraf::CTC, "CTC", "CTC", 33 },
-    { IndicadorGraf::MO, "MO", "MO", 30 },
-    { IndicadorGraf::P, "", "P", 31 },
-    { IndicadorGraf::K, "", "K", 32 },
+    { IndicadorGraf::pH, "pH", "pH", analise::kClassePH },
+    { IndicadorGraf::Ca, "Ca", "Ca", analise::kClasseCa },
+    { IndicadorGraf::Mg, "Mg", "Mg", analise::kClasseMg },
+    { IndicadorGraf::SatAl, "SatAl", "SatAl", analise::kClasseSatAl },
+    { IndicadorGraf::SatB, "SatB", "SatBas", analise::kClasseSatBases },
+    { IndicadorGraf::CTC, "CTC", "CTC", analise::kClasseCTC },
+    { IndicadorGraf::MO, "MO", "MO", analise::kClasseMO },
+    { IndicadorGraf::P, "", "P", analise::kClasseP },
+    { IndicadorGraf::K, "", "K", analise::kClasseK },
 } };
-
-constexpr int kColunaArgila = 18;
-constexpr int kColunaClasseCtc = 33;
 
 // Class columns are cut to whole numbers before use.
 int inteiro(const QVariant& valor)
@@ -347,9 +344,9 @@ QString chaveGraf(IndicadorGraf indicador, const QVector<QVariant>& registro)
     if (indicador == IndicadorGraf::P)
         prefixo = prefixoFosforoGraf(inteiro(registro.value(analise::kMetodoP)),
             inteiro(registro.value(analise::kArrozIrrig)),
-            ClasseArgila(registro.value(kColunaArgila).toFloat()));
+            ClasseArgila(registro.value(analise::kArgila).toFloat()));
     else if (indicador == IndicadorGraf::K)
-        prefixo = prefixoPotassioGraf(inteiro(registro.value(kColunaClasseCtc)));
+        prefixo = prefixoPotassioGraf(inteiro(registro.value(analise::kClasseCTC)));
     return prefixo + digito(inteiro(registro.value(d.colunaClasse)));
 }
 

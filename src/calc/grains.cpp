@@ -1,7 +1,8 @@
 #include "grains.h"
 
-#include "base/numbers.h"
+#include "app/analise.h"
 #include "app/session.h"
+#include "base/numbers.h"
 #include "calc/crops.h"
 #include "registers/interpretation.h"
 
@@ -11,15 +12,6 @@ namespace lavra {
 
 namespace {
 
-// Ordinals of Analise that the grain window reads.
-constexpr int kCtc = 15;
-constexpr int kArgila = 18;
-constexpr int kFosforo = 19;
-constexpr int kPotassio = 20;
-constexpr int kClasseMO = 30;
-constexpr int kClasseP = 31;
-constexpr int kClasseK = 32;
-constexpr int kClasseCtc = 33;
 
 // Column of the base N of GRAON; a class column is the class plus this offset.
 constexpr int kColNBase = 3;
@@ -156,7 +148,7 @@ CalculoGraos CalculaGraos(const Store& db, Session& session, const DefinicoesGra
     entrada.posicao = d.posicao;
     entrada.expectativa = d.expectativa;
     entrada.cultivoAnterior = d.cultivoAnterior;
-    entrada.classeCtc = classe(session, kClasseCtc);
+    entrada.classeCtc = classe(session, analise::kClasseCTC);
     entrada.cultivo = session.Cultivo;
     const ChavesCultura chaves = chavesGraos(entrada);
     TextosNec& nec = r.nec;
@@ -167,7 +159,7 @@ CalculoGraos CalculaGraos(const Store& db, Session& session, const DefinicoesGra
         nec[3] = QStringLiteral("0");
     }
     if (const auto linha = leLinha(db, chaves.n)) {
-        const int ordinal = classe(session, kClasseMO) + kDeslocamentoClasse;
+        const int ordinal = classe(session, analise::kClasseMO) + kDeslocamentoClasse;
         const auto base = celula(*linha, kColNBase);
         if (!base)
             return falha(semValor(chaves.n, kColNBase));
@@ -204,7 +196,7 @@ CalculoGraos CalculaGraos(const Store& db, Session& session, const DefinicoesGra
 
     // Phosphorus and potassium, by the tables of the crop order.
     const std::array<std::pair<const Consulta*, int>, 2> nutrientes
-        = { { { &chaves.p, classe(session, kClasseP) }, { &chaves.k, classe(session, kClasseK) } } };
+        = { { { &chaves.p, classe(session, analise::kClasseP) }, { &chaves.k, classe(session, analise::kClasseK) } } };
     for (std::size_t n = 0; n < nutrientes.size(); ++n) {
         const Consulta& consulta = *nutrientes[n].first;
         if (const auto linha = leLinha(db, consulta)) {
@@ -240,7 +232,7 @@ void CarregaCorrecaoOficial(Session& session)
 {
     auto& tab = session.TabCorrecao;
     for (int n = 0; n < 2; ++n) {
-        const int ordinal = n == 0 ? kClasseP : kClasseK;
+        const int ordinal = n == 0 ? analise::kClasseP : analise::kClasseK;
         const QStringList partes = campos(CorrecaoPorClasse(session.Cultivo, classe(session, ordinal)));
         tab[kTotal + n] = partes[2];
         tab[kFracao + n] = partes[0];
@@ -251,10 +243,10 @@ void CarregaCorrecaoOficial(Session& session)
 void CarregaCorrecaoGradual(Session& session)
 {
     const float dP = DoseCorrecao(
-        analiseSingle(session, kArgila), analiseSingle(session, kFosforo), QStringLiteral("P"));
+        analiseSingle(session, analise::kArgila), analiseSingle(session, analise::kP), QStringLiteral("P"));
     // Lower case on purpose: the potassium dose of this rule is always 0, and must stay so.
     const float dK
-        = DoseCorrecao(analiseSingle(session, kCtc), analiseSingle(session, kPotassio), QStringLiteral("k"));
+        = DoseCorrecao(analiseSingle(session, analise::kCTC), analiseSingle(session, analise::kK), QStringLiteral("k"));
     auto& tab = session.TabCorrecao;
     const std::array<float, 2> doses = { dP, dK };
     for (std::size_t n = 0; n < doses.size(); ++n) {

@@ -1,9 +1,10 @@
 #include "liming.h"
 
-#include "base/numbers.h"
+#include "app/analise.h"
 #include "app/session.h"
-#include "calc/cropgroups.h"
 #include "app/slots.h"
+#include "base/numbers.h"
+#include "calc/cropgroups.h"
 #include "smp.h"
 #include "store/query.h"
 #include "store/store.h"
@@ -277,7 +278,7 @@ Parada GravaCalagem(Session& session, const EscolhaCalagem& escolha)
         const std::optional<double> dose = parseNumber(escolha.resultado);
         const std::optional<double> preco =
             escolha.material ? parseNumber(variantNumberText(escolha.material->preco)) : std::nullopt;
-        const QVariant area = session.Analise.value(6);
+        const QVariant area = session.Analise.value(analise::kArea);
         if (!dose || !escolha.material)
             return Desfecho::critico(
                     QStringLiteral("Não há calcário escolhido em \"Calcários cadastrados\". Escolha um e calcule de novo."));

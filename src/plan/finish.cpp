@@ -1,11 +1,12 @@
 #include "finish.h"
 
-#include "base/numbers.h"
+#include "app/analise.h"
 #include "app/session.h"
-#include "calc/cropgroups.h"
-#include "base/validation.h"
-#include "registers/analysis.h"
 #include "app/slots.h"
+#include "base/numbers.h"
+#include "base/validation.h"
+#include "calc/cropgroups.h"
+#include "registers/analysis.h"
 #include "store/cursormodel.h"
 #include "store/query.h"
 #include "store/storeerror.h"
@@ -96,7 +97,7 @@ Parada SalvaRecomendacao(Session& session, const QString& data)
     // The technician's orientations are written later, from the report.
     session.Dados[session.UltimoSlot + slot::fim::kInfo] = QString();
 
-    const QString codAnalise = session.Analise.value(0).toString();
+    const QString codAnalise = session.Analise.value(analise::kCodigo).toString();
     const QString& tabela = session.TabelaReco;
     // The rows of the key: none, or the save is refused. The new row is added to them.
     Cursor rs = consulta::linhas(session.db, tabela, chavesDaRecomendacao(tabela, codAnalise, session.CodCultivo));

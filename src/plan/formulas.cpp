@@ -1,10 +1,11 @@
 #include "formulas.h"
 
-#include "base/numbers.h"
+#include "app/analise.h"
 #include "app/session.h"
-#include "calc/cropgroups.h"
 #include "app/slots.h"
+#include "base/numbers.h"
 #include "base/validation.h"
+#include "calc/cropgroups.h"
 #include "store/cursormodel.h"
 #include "store/query.h"
 #include "store/store.h"
@@ -281,7 +282,7 @@ DestinoFormula GravaFormula(Session& session, const EscolhaFormula& escolha)
 {
     const float preco = toSingle(parseNumber(escolha.preco).value_or(0));
     const float dose = toSingle(parseNumber(escolha.dose).value_or(0));
-    const QVariant area = session.Analise.value(6);
+    const QVariant area = session.Analise.value(analise::kArea);
     const QVariant quantidade = ProdutoVariant(area, dose);
 
     QVector<QVariant>& dados = session.Dados;

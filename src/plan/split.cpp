@@ -1,10 +1,11 @@
 #include "split.h"
 
-#include "base/numbers.h"
+#include "app/analise.h"
 #include "app/session.h"
 #include "app/slots.h"
-#include "formulas.h"
 #include "app/windownames.h"
+#include "base/numbers.h"
+#include "formulas.h"
 
 #include <algorithm>
 #include <cmath>
@@ -120,7 +121,7 @@ Parada ProssegueParcelamento(Session& session, const EntradaParcelamento& entrad
         const float preco = toSingle(toNumber(entrada.preco).value_or(0));
         const float dose = toSingle(*fonte);
         // The dose enters the products as the text of its box, which makes them doubles.
-        const QVariant quantidade = ProdutoVariant(session.Analise.value(6), entrada.txtFnt);
+        const QVariant quantidade = ProdutoVariant(session.Analise.value(analise::kArea), entrada.txtFnt);
         const QVariant custoTotal = ProdutoVariant(quantidade, preco);
 
         QVector<QVariant>& dados = session.Dados;

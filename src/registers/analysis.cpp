@@ -1,7 +1,7 @@
 #include "analysis.h"
 
-#include "base/numbers.h"
 #include "app/session.h"
+#include "base/numbers.h"
 #include "base/validation.h"
 #include "interpretation.h"
 #include "store/cursormodel.h"

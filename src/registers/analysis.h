@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/analise.h"
 #include "refusal.h"
 
 #include <QString>
@@ -12,21 +13,6 @@ namespace lavra {
 
 struct Session;
 class Store;
-
-// Ordinals of the columns of Analises that this register names; the calculation reads the same.
-namespace analise {
-inline constexpr int kCodigo = 0;
-inline constexpr int kCliente = 1;
-inline constexpr int kData = 5;
-inline constexpr int kArea = 6;
-inline constexpr int kSatAl = 13;
-inline constexpr int kSatBases = 14;
-inline constexpr int kCTC = 15;
-inline constexpr int kMetodoP = 21;
-inline constexpr int kArrozIrrig = 22;
-inline constexpr int kColunas = 36;
-} // namespace analise
-
 
 // Copies the row of that code into session.Analise, one element per column. A code with no row
 // throws StoreError, as does any failure of the database; the shared pair is left closed.

@@ -1,7 +1,8 @@
 #include "laudo.h"
 
-#include "base/numbers.h"
+#include "app/analise.h"
 #include "app/session.h"
+#include "base/numbers.h"
 #include "base/validation.h"
 #include "registers/analysis.h"
 #include "registers/company.h"
@@ -141,7 +142,7 @@ Laudo MontaLaudo(Session& session, TipoLaudo tipo, const QString& codAnalise, co
     if (!linha)
         return {std::nullopt, Desfecho::aviso(msgSemRecomendacao(codAnalise, codCultivo))};
     // An old recommendation opened after another analysis was chosen must not print that one.
-    if (session.Analise.value(0).toString() != codAnalise)
+    if (session.Analise.value(analise::kCodigo).toString() != codAnalise)
         CarregaAnalise(session, codAnalise);
 
     const Tecnico tecnico{session.NomeTec, session.ProfTec, session.CreaTec};

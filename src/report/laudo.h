@@ -1,7 +1,7 @@
 #pragma once
 
-#include "kinds.h"
 #include "base/outcome.h"
+#include "kinds.h"
 #include "layout.h"
 
 #include <QPoint>

@@ -1,3 +1,4 @@
+#include "app/analise.h"
 #include "app/slots.h"
 #include "store/schema.h"
 
@@ -65,6 +66,24 @@ TEST(SlotsTest, EverySlotIsTheColumnOfItsNameLessOne)
     for (const SlotNomeado& s : nomeados)
         EXPECT_EQ(coluna(s.slot), ordinal(QString::fromLatin1(s.tabela), QString::fromLatin1(s.coluna)))
             << s.tabela << "." << s.coluna;
+}
+
+TEST(SlotsTest, EveryAnalysisOrdinalIsTheColumnOfItsName)
+{
+    using namespace analise;
+    const std::pair<const char*, int> nomeados[] = {
+        { "Código", kCodigo }, { "Cliente", kCliente }, { "Local_", kLocal }, { "Fazenda", kFazenda },
+        { "Gleba", kGleba }, { "Data_", kData }, { "Area", kArea }, { "NumAnalise", kNumAnalise }, { "pH", kPH },
+        { "Ca", kCa }, { "Mg", kMg }, { "Al", kAl }, { "H_Al", kHAl }, { "SatAl", kSatAl },
+        { "SatBases", kSatBases }, { "CTC", kCTC }, { "SMP", kSMP }, { "MO", kMO }, { "Argila", kArgila },
+        { "P", kP }, { "K", kK }, { "MetodoP", kMetodoP }, { "ArrozIrrig", kArrozIrrig },
+        { "ClassePH", kClassePH }, { "ClasseCa", kClasseCa }, { "ClasseMg", kClasseMg },
+        { "ClasseMO", kClasseMO }, { "ClasseP", kClasseP }, { "ClasseK", kClasseK }, { "ClasseCTC", kClasseCTC },
+        { "ClasseSatAl", kClasseSatAl }, { "ClasseSatBases", kClasseSatBases },
+    };
+    for (const auto& [nome, ordinalNomeado] : nomeados)
+        EXPECT_EQ(ordinalNomeado, ordinal(QStringLiteral("Analises"), QString::fromUtf8(nome))) << nome;
+    EXPECT_EQ(kColunas, schema::findTable(QStringLiteral("Analises"))->columns.size());
 }
 
 } // namespace

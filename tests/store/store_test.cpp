@@ -1,7 +1,7 @@
 #include "store/changenotifier.h"
 #include "store/cursormodel.h"
-#include "store/databasefile.h"
 #include "store/database.h"
+#include "store/databasefile.h"
 #include "store/store.h"
 #include "store/storeerror.h"
 #include "testsupport.h"

@@ -1,7 +1,7 @@
+#include "app/events.h"
 #include "app/session.h"
 #include "plan/formulas.h"
 #include "plan/split.h"
-#include "app/events.h"
 #include "store/changenotifier.h"
 #include "testsupport.h"
 #include "uitestsupport.h"

@@ -1,11 +1,11 @@
-#include "base/numbers.h"
 #include "app/session.h"
-#include "base/validation.h"
-#include "store/cursormodel.h"
-#include "testsupport.h"
 #include "app/ui/frmlavra.h"
+#include "base/numbers.h"
+#include "base/validation.h"
 #include "calc/crops.h"
 #include "registers/analysis.h"
+#include "store/cursormodel.h"
+#include "testsupport.h"
 #include "uitestsupport.h"
 
 #include <QComboBox>

@@ -1,19 +1,19 @@
 #include "application.h"
 
 #include "app/startup.h"
+#include "app/windownames.h"
+#include "base/outcome.h"
 #include "calc/ui/windows.h"
-#include "plan/ui/windows.h"
-#include "report/ui/windows.h"
-#include "registers/ui/windows.h"
 #include "frmabertura.h"
 #include "frmlavra.h"
 #include "infowindows.h"
 #include "messages.h"
-#include "base/outcome.h"
-#include "translations.h"
+#include "plan/ui/windows.h"
+#include "registers/ui/windows.h"
+#include "report/ui/windows.h"
 #include "store/database.h"
 #include "store/storeerror.h"
-#include "app/windownames.h"
+#include "translations.h"
 
 #include <QApplication>
 #include <QIcon>

@@ -3,9 +3,9 @@
 #include "widgets.h"
 
 #include "app/session.h"
+#include "app/windownames.h"
 #include "desktop.h"
 #include "windowregistry.h"
-#include "app/windownames.h"
 
 #include <QAction>
 #include <QCloseEvent>

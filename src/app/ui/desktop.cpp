@@ -1,7 +1,7 @@
 #include "desktop.h"
 
-#include "messages.h"
 #include "base/outcome.h"
+#include "messages.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>

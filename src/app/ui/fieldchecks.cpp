@@ -1,8 +1,8 @@
 #include "fieldchecks.h"
 
+#include "base/outcome.h"
 #include "base/validation.h"
 #include "messages.h"
-#include "base/outcome.h"
 
 #include <QLineEdit>
 #include <QPointer>

@@ -1,4 +1,5 @@
 #include "frmabertura.h"
+
 #include "app/windownames.h"
 
 #include <QLabel>

@@ -3,10 +3,10 @@
 #include "app/navigation.h"
 #include "app/startup.h"
 #include "app/windownames.h"
+#include "base/outcome.h"
 #include "desktop.h"
 #include "links.h"
 #include "messages.h"
-#include "base/outcome.h"
 #include "store/storeerror.h"
 #include "windowregistry.h"
 

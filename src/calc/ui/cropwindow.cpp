@@ -4,13 +4,13 @@
 #include "app/navigation.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
-#include "app/ui/fieldchecks.h"
 #include "app/ui/desktop.h"
+#include "app/ui/fieldchecks.h"
 #include "app/ui/messages.h"
 #include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
-#include "store/storeerror.h"
 #include "app/windownames.h"
+#include "store/storeerror.h"
 
 #include <QGridLayout>
 #include <QGroupBox>

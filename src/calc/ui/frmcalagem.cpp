@@ -1,5 +1,4 @@
 #include "app/navigation.h"
-#include "base/numbers.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/chainwindow.h"
@@ -7,12 +6,13 @@
 #include "app/ui/messages.h"
 #include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
+#include "app/windownames.h"
+#include "base/numbers.h"
 #include "calc/cropgroups.h"
 #include "calc/liming.h"
 #include "store/cursormodel.h"
 #include "store/storeerror.h"
 #include "windows.h"
-#include "app/windownames.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>

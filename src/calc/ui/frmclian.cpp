@@ -7,11 +7,11 @@
 #include "app/ui/messages.h"
 #include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
+#include "app/windownames.h"
 #include "calc/ui/windows.h"
 #include "registers/analysis.h"
 #include "registers/ui/clientgrid.h"
 #include "store/storeerror.h"
-#include "app/windownames.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>

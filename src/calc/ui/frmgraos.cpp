@@ -1,6 +1,6 @@
 #include "app/session.h"
-#include "app/ui/fieldchecks.h"
 #include "app/ui/desktop.h"
+#include "app/ui/fieldchecks.h"
 #include "app/ui/messages.h"
 #include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"

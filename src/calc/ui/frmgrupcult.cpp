@@ -6,9 +6,9 @@
 #include "app/ui/messages.h"
 #include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
+#include "app/windownames.h"
 #include "calc/cropgroups.h"
 #include "windows.h"
-#include "app/windownames.h"
 
 #include <QGroupBox>
 #include <QHBoxLayout>

@@ -1,3 +1,4 @@
+#include "app/analise.h"
 #include "app/navigation.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
@@ -5,10 +6,10 @@
 #include "app/ui/desktop.h"
 #include "app/ui/messages.h"
 #include "app/ui/windowregistry.h"
+#include "app/windownames.h"
 #include "plan/finish.h"
 #include "store/storeerror.h"
 #include "windows.h"
-#include "app/windownames.h"
 
 #include <QFormLayout>
 #include <QLabel>
@@ -92,7 +93,7 @@ private:
             return;
         }
 
-        const QString codAnalise = m_session.Analise.value(0).toString();
+        const QString codAnalise = m_session.Analise.value(analise::kCodigo).toString();
         const QString codCultivo = m_session.CodCultivo;
         const int plano = m_session.PlanoNum;
         // The chain is done with, this step included; what follows needs no window of it.

@@ -8,11 +8,11 @@
 #include "app/ui/messages.h"
 #include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
+#include "app/windownames.h"
 #include "calc/cropgroups.h"
 #include "plan/ui/planstep.h"
 #include "plan/ui/windows.h"
 #include "store/storeerror.h"
-#include "app/windownames.h"
 
 #include <QAction>
 #include <QButtonGroup>

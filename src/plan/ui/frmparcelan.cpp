@@ -4,14 +4,14 @@
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/messages.h"
-#include "app/ui/windowregistry.h"
 #include "app/ui/widgets.h"
+#include "app/ui/windowregistry.h"
+#include "app/windownames.h"
 #include "calc/cropstep.h"
 #include "plan/ui/planstep.h"
 #include "plan/ui/windows.h"
 #include "store/cursormodel.h"
 #include "store/storeerror.h"
-#include "app/windownames.h"
 
 #include <QMenuBar>
 #include <QCheckBox>

@@ -1,17 +1,17 @@
 #include "frmcadanalise.h"
 
 #include "app/session.h"
-#include "app/ui/fieldchecks.h"
 #include "app/ui/desktop.h"
+#include "app/ui/fieldchecks.h"
 #include "app/ui/messages.h"
 #include "app/ui/widgets.h"
-#include "base/outcome.h"
 #include "app/ui/windowregistry.h"
+#include "app/windownames.h"
+#include "base/outcome.h"
 #include "base/validation.h"
 #include "registers/analysis.h"
 #include "registers/ui/windows.h"
 #include "store/storeerror.h"
-#include "app/windownames.h"
 
 #include <QAction>
 #include <QCheckBox>

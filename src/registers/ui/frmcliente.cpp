@@ -1,15 +1,15 @@
 #include "frmcliente.h"
 
-#include "clientgrid.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/messages.h"
 #include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
+#include "app/windownames.h"
+#include "clientgrid.h"
 #include "registers/analysis.h"
 #include "registers/ui/windows.h"
 #include "store/storeerror.h"
-#include "app/windownames.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>

@@ -1,7 +1,7 @@
-#include "base/outcome.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/messages.h"
+#include "base/outcome.h"
 #include "registers/company.h"
 #include "store/storeerror.h"
 #include "windows.h"

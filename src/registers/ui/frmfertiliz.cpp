@@ -1,14 +1,14 @@
-#include "base/numbers.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/fieldchecks.h"
 #include "app/ui/messages.h"
-#include "base/outcome.h"
 #include "app/ui/windowregistry.h"
+#include "app/windownames.h"
+#include "base/numbers.h"
+#include "base/outcome.h"
 #include "registers/inputs.h"
 #include "registerwindow.h"
 #include "windows.h"
-#include "app/windownames.h"
 
 #include <QCloseEvent>
 #include <QComboBox>

@@ -1,13 +1,13 @@
 #include "app/session.h"
 #include "app/ui/messages.h"
-#include "base/outcome.h"
 #include "app/ui/windowregistry.h"
+#include "app/windownames.h"
+#include "base/outcome.h"
 #include "registers/company.h"
 #include "registerwindow.h"
 #include "store/cursormodel.h"
 #include "store/storeerror.h"
 #include "windows.h"
-#include "app/windownames.h"
 
 #include <QComboBox>
 #include <QFormLayout>

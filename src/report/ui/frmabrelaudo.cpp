@@ -3,15 +3,15 @@
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/messages.h"
-#include "base/outcome.h"
 #include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
+#include "app/windownames.h"
+#include "base/outcome.h"
 #include "registers/analysis.h"
 #include "registers/ui/clientgrid.h"
 #include "report/saved.h"
 #include "report/ui/windows.h"
 #include "store/storeerror.h"
-#include "app/windownames.h"
 
 #include <QButtonGroup>
 #include <QGroupBox>

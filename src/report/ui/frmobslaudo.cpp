@@ -3,10 +3,10 @@
 #include "app/session.h"
 #include "app/ui/messages.h"
 #include "app/ui/windowregistry.h"
+#include "app/windownames.h"
 #include "report/saved.h"
 #include "report/ui/windows.h"
 #include "store/storeerror.h"
-#include "app/windownames.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

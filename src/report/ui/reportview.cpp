@@ -2,11 +2,11 @@
 
 #include "app/session.h"
 #include "app/ui/messages.h"
-#include "base/outcome.h"
 #include "app/ui/windowregistry.h"
+#include "app/windownames.h"
+#include "base/outcome.h"
 #include "store/storeerror.h"
 #include "windows.h"
-#include "app/windownames.h"
 
 #include <QAction>
 #include <QDir>
