@@ -76,6 +76,27 @@ Parada ProssegueCultura(Session& session, WindowHost& janelas, const QString& no
     return std::nullopt;
 }
 
+// ---- The yield typed after its class --------------------------------------------------------
+
+QString perguntaRendimento(const QString& faixa)
+{
+    return QStringLiteral("Digite um valor de expectativa de rendimento para a classe ") + faixa
+        + QStringLiteral(" t/ha");
+}
+
+RespostaRendimento LeRendimento(const QString& resposta)
+{
+    if (resposta.isEmpty())
+        return { Desfecho::simples(kMsgFornecaExpectativa), 0 };
+    const auto valor = parseNumber(resposta);
+    if (!valor)
+        return { Desfecho::simples(kMsgFornecaNumero), 0 };
+    // It goes to the report as the yield; a negative one or one typed in kilograms is no yield.
+    if (VerificaFaixa(Grandeza::Expectativa, resposta))
+        return { Desfecho::simples(mensagemFaixa(Grandeza::Expectativa)), 0 };
+    return { std::nullopt, toSingle(*valor) };
+}
+
 // ---- Adjustment by the user -----------------------------------------------------------------
 
 QString perguntaAjuste()
@@ -145,6 +166,17 @@ Desfecho semValor(const Consulta& consulta, int ordinal)
                        "da análise.")
             .arg(consulta.chave, consulta.tabela)
             .arg(ordinal));
+}
+
+Leitura leClasse(const Store& db, const Consulta& consulta, int ordinal)
+{
+    const auto linha = leLinha(db, consulta);
+    if (!linha)
+        return {};
+    const auto valor = celula(*linha, ordinal);
+    if (!valor)
+        return { {}, semValor(consulta, ordinal) };
+    return { valor, {} };
 }
 
 Leitura necessidadeDaLinha(const QVector<QVariant>& linha, const Consulta& consulta, int ordinalClasse, double e)

@@ -24,6 +24,8 @@ class WindowHost;
 // text, and it is empty where no row of the manual was found.
 using TextosNec = std::array<QString, 4>;
 
+inline const QString kMsgSelecioneCultura = QStringLiteral("Selecione uma cultura!");
+inline const QString kMsgInformeExpectativa = QStringLiteral("Informe a expectativa de rendimento!");
 inline const QString kMsgNaoCalculada = QStringLiteral("A adubação não foi calculada ainda!");
 inline const QString kMsgPlanoIndisponivel
     = QStringLiteral("Esta forma de plano de adubação ainda não está disponível nesta versão do programa.");
@@ -52,6 +54,30 @@ void CopiaParaNec(Session& session, const TextosNec& nec);
 // recalculated since the plan was opened.
 Parada ProssegueCultura(Session& session, WindowHost& janelas, const QString& nomeCultura,
     std::optional<float> expectativa, const TextosNec& nec);
+
+// The outcome of cmdCalc in a window whose figures are the four boxes alone. A refusal before
+// the results were emptied leaves the window as it was; any other outcome replaces the boxes.
+struct CalculoCultura {
+    Parada desfecho;
+    bool substituiResultado = false;
+    TextosNec nec;
+};
+
+// ---- The yield typed after its class (vegetables and cane) ----------------------------------
+
+inline const QString kTituloEntrada = QStringLiteral("Entrada de dados");
+inline const QString kMsgFornecaExpectativa = QStringLiteral("Forneça a expectativa de rendimento!");
+inline const QString kMsgFornecaNumero = QStringLiteral("Forneça um valor numérico!");
+// "Digite um valor de expectativa de rendimento para a classe <faixa> t/ha".
+QString perguntaRendimento(const QString& faixa);
+
+// One answer to that question: a refusal, after which it is asked again, or the yield. A closed
+// box counts as an empty answer. A number outside the bounds of a yield is refused as well.
+struct RespostaRendimento {
+    Parada recusa;
+    float valor = 0;
+};
+RespostaRendimento LeRendimento(const QString& resposta);
 
 // ---- Adjustment by the user (frmAjusta) -----------------------------------------------------
 
@@ -97,6 +123,10 @@ struct Leitura {
     std::optional<double> valor;
     Parada falha;
 };
+// The cell of one class column in the row of the key: nothing at all where the table has no row
+// for it (the box stays empty), a fault where the row has no number there.
+Leitura leClasse(const Store& db, const Consulta& consulta, int ordinal);
+
 Leitura necessidadeDaLinha(const QVector<QVariant>& linha, const Consulta& consulta, int ordinalClasse, double e);
 
 } // namespace lavra

@@ -23,8 +23,6 @@ inline const QString kRotuloIncremento = QStringLiteral("Incremento de rendiment
 inline const QString kAvisoSosbai = QStringLiteral(
     "As quantidades de fertilizantes e corretivos para essa cultura são calculadas de acordo com as "
     "indicações da Sociedade Sul-Brasileira de Arroz Irrigado (SOSBAI, 2007).");
-inline const QString kMsgInformeExpectativa = QStringLiteral("Informe a expectativa de rendimento!");
-inline const QString kMsgSelecioneCultura = QStringLiteral("Selecione uma cultura!");
 inline const QString kMsgSelecioneSemeadura = QStringLiteral("Selecione o sistema de semeadura");
 inline const QString kMsgSelecioneCultivoAnterior = QStringLiteral("Selecione o cultivo anterior!");
 inline const QString kMsgInformeMassaSeca
@@ -54,12 +52,8 @@ struct DefinicoesGraos {
     bool ajusteGradual = false; // optAjgrad rather than optRofic
 };
 
-struct CalculoGraos {
-    // A refusal leaves the window as it was; any other outcome replaces the result boxes.
-    Parada desfecho;
+struct CalculoGraos : CalculoCultura {
     bool limpaExpectativa = false; // the RS rice increment was refused and txtExpect empties
-    bool substituiResultado = false;
-    TextosNec nec;
     // False for irrigated rice: the correction boxes empty and take the colour of a button face.
     bool comCorrecao = false;
 };
