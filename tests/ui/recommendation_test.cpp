@@ -3,7 +3,10 @@
 #include "base/numbers.h"
 #include "base/validation.h"
 #include "calc/crops.h"
+#include "calc/cropstep.h"
 #include "registers/analysis.h"
+#include "report/laudo.h"
+#include "report/ui/reportview.h"
 #include "store/cursormodel.h"
 #include "testsupport.h"
 #include "uitestsupport.h"
@@ -105,8 +108,9 @@ private:
         return texts;
     }
 
-    // From the main window to the grain window, with lime by SMP on conventional tillage.
-    static QWidget* ateGraos(UiHarness& h)
+    // From the main window to the crop window of the group at that row of lstGrupo, first
+    // crop, with lime by SMP on the system given.
+    static QWidget* ateCultura(UiHarness& h, int grupo, const QString& sistema, const QString& janela)
     {
         ui::FrmLavra* main = h.app().mostraJanelaPrincipal();
         click(main, QStringLiteral("cmdCalc"));
@@ -115,18 +119,44 @@ private:
         find<QListWidget>(cliAn, QStringLiteral("lstAna"))->setCurrentRow(0);
         click(cliAn, QStringLiteral("cmdContinua"));
 
-        QWidget* grupo = visible(h, QStringLiteral("frmGrupCult"));
-        find<QListWidget>(grupo, QStringLiteral("lstGrupo"))->setCurrentRow(0);
-        find<QRadioButton>(grupo, QStringLiteral("Option1_0"))->setChecked(true);
-        click(grupo, QStringLiteral("cmdVai"));
+        QWidget* grupos = visible(h, QStringLiteral("frmGrupCult"));
+        find<QListWidget>(grupos, QStringLiteral("lstGrupo"))->setCurrentRow(grupo);
+        // Only the first three groups ask for the crop order.
+        if (grupo <= 2)
+            find<QRadioButton>(grupos, QStringLiteral("Option1_0"))->setChecked(true);
+        click(grupos, QStringLiteral("cmdVai"));
 
         QWidget* calagem = visible(h, QStringLiteral("frmCalagem"));
-        combo(calagem, QStringLiteral("cboSistemas"), QStringLiteral("Sistema convencional"));
+        combo(calagem, QStringLiteral("cboSistemas"), sistema);
         click(calagem, QStringLiteral("optSMP"));
         gridRow(calagem, QStringLiteral("dtgCalc"), 0, QStringLiteral("Calcário dolomítico"));
         click(calagem, QStringLiteral("cmdCalc"));
         click(calagem, QStringLiteral("cmdProssegue"));
-        return visible(h, QStringLiteral("frmGraos"));
+        return visible(h, janela);
+    }
+
+    static QWidget* ateGraos(UiHarness& h)
+    {
+        return ateCultura(h, 0, QStringLiteral("Sistema convencional"), QStringLiteral("frmGraos"));
+    }
+
+    // frmAjusta from the crop window, every box filled, the note agreed to.
+    static void ajusta(UiHarness& h, QWidget* cultura, const QStringList& valores)
+    {
+        click(cultura, QStringLiteral("cmdAjusta"));
+        QWidget* ajuste = visible(h, QStringLiteral("frmAjusta"));
+        fill(ajuste, { { "txtNB2", valores[0] }, { "txtPB2", valores[1] }, { "txtKB2", valores[2] },
+                         { "txtNC2", valores[3] } });
+        h.answers << QMessageBox::Yes;
+        click(ajuste, QStringLiteral("cmdAplica"));
+        QVERIFY(!ajuste->isVisible());
+    }
+
+    // The page of the report on screen, as text.
+    static QString laudo(UiHarness& h)
+    {
+        auto* report = qobject_cast<ui::JanelaLaudo*>(visible(h, QStringLiteral("rptLdForml")));
+        return report ? report::textoPagina(report->pagina()) : QString();
     }
 
     // Formula by equal differences, one to eight parcels of urea, and the date.
@@ -241,6 +271,88 @@ private Q_SLOTS:
         QCOMPARE(row[1], QStringLiteral("CodCultivo=Soja-Primeiro-20/11/2026"));
         QCOMPARE(row[19], QStringLiteral("CobFonte=0"));
         QCOMPARE(row[24], QStringLiteral("CobCustoTotal=0"));
+    }
+
+    void vegetablesWithAYieldClass()
+    {
+        UiHarness h;
+        cadastraAnalise(h);
+        h.exec(QStringLiteral("INSERT INTO Empresa VALUES ('AgroSul', 'Rua A', '1', '99700-000', 'Erechim', 'Centro', 'RS', '5433', 'a@b', 'agrosul.com')"));
+        QWidget* hort = ateCultura(h, 1, QStringLiteral("Hortaliças em geral"), QStringLiteral("frmHort"));
+        QCOMPARE(hort->windowTitle(), QStringLiteral("Grupo: Hortaliças"));
+        auto* cboExpect = find<QComboBox>(hort, QStringLiteral("cboExpect"));
+        QVERIFY(!cboExpect->isEnabled());
+
+        // Potato: a class asks for the yield until a number comes; a closed box is an empty answer.
+        choose(hort, QStringLiteral("lstCulturas"), 6);
+        QCOMPARE(cboExpect->currentIndex(), 0);
+        QCOMPARE(cboExpect->itemText(2), QStringLiteral(" > 20"));
+        h.clearBoxes();
+        h.inputs = QStringList { QString(), QStringLiteral("1.5"), QStringLiteral("25") };
+        combo(hort, QStringLiteral("cboExpect"), 2);
+        QCOMPARE(h.prompts.size(), 3);
+        QCOMPARE(h.prompts[0], QStringLiteral("Entrada de dados: Digite um valor de expectativa de rendimento para a classe  > 20 t/ha"));
+        QCOMPARE(h.texts(), QStringList({ QStringLiteral("Forneça a expectativa de rendimento!"), QStringLiteral("Forneça um valor numérico!") }));
+        QCOMPARE(h.session().ExpectHort, 25.0f);
+        click(hort, QStringLiteral("cmdCalc"));
+        // Analysis classes: MO 3, P 3, K 4. Batata2 140 less 10 at planting.
+        QCOMPARE(nec(hort), QStringList({ "10", "160", "120", "130" }));
+
+        // A crop without classes leaves the list disabled; tomato asks nothing and carries the
+        // potato yield on.
+        choose(hort, QStringLiteral("lstCulturas"), 2);
+        QVERIFY(!cboExpect->isEnabled());
+        QCOMPARE(cboExpect->currentIndex(), -1);
+        choose(hort, QStringLiteral("lstCulturas"), 25);
+        h.clearBoxes();
+        click(hort, QStringLiteral("cmdCalc"));
+        QCOMPARE(h.texts(), QStringList { QStringLiteral("Informe a expectativa de rendimento!") });
+        combo(hort, QStringLiteral("cboExpect"), QStringLiteral("75"));
+        QCOMPARE(h.prompts.size(), 3);
+        click(hort, QStringLiteral("cmdCalc"));
+        qInfo().noquote() << "Tomato need (N base, P2O5, K2O, N topdressing):" << nec(hort).join(QStringLiteral(" | "));
+        QCOMPARE(nec(hort), QStringList({ "67", "300", "120", "33" }));
+
+        // The adjustment reaches the vegetable window's boxes and goes on with them.
+        ajusta(h, hort, { "50", "300", "150", "40" });
+        QCOMPARE(nec(hort), QStringList({ "50", "300", "150", "40" }));
+        click(hort, QStringLiteral("cmdProssegue"));
+        plano(h, true, QStringLiteral("10/09/2026"), true);
+        const QStringList row = savedRow(h);
+        qInfo().noquote() << "Tomato recommendation:" << row.join(QStringLiteral(" | "));
+        QCOMPARE(row[1], QStringLiteral("CodCultivo=Tomateiro-Primeiro-10/09/2026"));
+        QCOMPARE(row[5], QStringLiteral("Expectativa=25"));
+        QCOMPARE(row[42], QStringLiteral("Aviso=") + kObsAjuste);
+        const QString pagina = laudo(h);
+        QVERIFY(pagina.contains(QStringLiteral("Tomateiro")));
+        QVERIFY(pagina.contains(kObsAjuste));
+    }
+
+    void caneWithTheAdjustmentNoteOnly()
+    {
+        UiHarness h;
+        cadastraAnalise(h);
+        h.exec(QStringLiteral("INSERT INTO Empresa VALUES ('AgroSul', 'Rua A', '1', '99700-000', 'Erechim', 'Centro', 'RS', '5433', 'a@b', 'agrosul.com')"));
+        QWidget* cana = ateCultura(h, 6, QStringLiteral("Cana-de-açúcar"), QStringLiteral("frmCana"));
+        choose(cana, QStringLiteral("lstCulturas"), 1);
+        QCOMPARE(find<QComboBox>(cana, QStringLiteral("cboExpect"))->itemText(2), QStringLiteral("50 a 80"));
+        h.inputs = QStringList { QStringLiteral("72") };
+        combo(cana, QStringLiteral("cboExpect"), 2);
+        click(cana, QStringLiteral("cmdCalc"));
+        qInfo().noquote() << "Ratoon cane need (N base, P2O5, K2O, N topdressing):" << nec(cana).join(QStringLiteral(" | "));
+        QCOMPARE(nec(cana), QStringList({ "0", "30", "30", "70" }));
+
+        // Cane keeps its figures: only the note is set.
+        ajusta(h, cana, { "10", "40", "60", "80" });
+        QCOMPARE(nec(cana), QStringList({ "0", "30", "30", "70" }));
+        click(cana, QStringLiteral("cmdProssegue"));
+        plano(h, true, QStringLiteral("01/10/2026"), true);
+        const QStringList row = savedRow(h);
+        qInfo().noquote() << "Ratoon cane recommendation:" << row.join(QStringLiteral(" | "));
+        QCOMPARE(row[1], QStringLiteral("CodCultivo=Cana-soca-0-01/10/2026"));
+        QCOMPARE(row[5], QStringLiteral("Expectativa=72"));
+        QCOMPARE(row[42], QStringLiteral("Aviso=") + kObsAjuste);
+        QVERIFY(laudo(h).contains(QStringLiteral("Cana-soca")));
     }
 };
 

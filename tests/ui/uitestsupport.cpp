@@ -21,6 +21,14 @@ UiHarness::UiHarness() : m_path(m_dir.filePath(QStringLiteral("Lavra.db")))
             return QMessageBox::Ok;
         return answers.isEmpty() ? QMessageBox::Yes : answers.takeFirst();
     });
+    ui::setRespondedorEntrada([this](const QString& titulo, const QString& pergunta) {
+        prompts << titulo + QLatin1String(": ") + pergunta;
+        if (!inputs.isEmpty())
+            return inputs.takeFirst();
+        // A box that cannot be left without a number would ask for ever.
+        qWarning() << "unanswered input box:" << pergunta;
+        return QStringLiteral("1");
+    });
     m_app = std::make_unique<ui::Aplicacao>(m_path);
 }
 
@@ -28,6 +36,7 @@ UiHarness::~UiHarness()
 {
     m_app.reset();
     ui::setResponder({});
+    ui::setRespondedorEntrada({});
 }
 
 QWidget* UiHarness::open(const QString& name)

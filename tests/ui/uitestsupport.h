@@ -29,6 +29,9 @@ public:
     QWidget* open(const QString& name);
 
     QList<ui::Mensagem> boxes;
+    // Input boxes take the next queued answer; the prompts asked are kept in order.
+    QStringList inputs;
+    QStringList prompts;
     QList<QMessageBox::StandardButton> answers;
     QStringList texts() const;
     void clearBoxes() { boxes.clear(); }

@@ -56,6 +56,8 @@ void Aplicacao::registraJanelas()
     m_windows.registerWindow(janela::kGrupCult, with(criaFrmGrupCult));
     m_windows.registerWindow(janela::kCalagem, with(criaFrmCalagem));
     m_windows.registerWindow(janela::kGraos, with(criaFrmGraos));
+    m_windows.registerWindow(janela::kHort, with(criaFrmHort));
+    m_windows.registerWindow(janela::kCana, with(criaFrmCana));
     m_windows.registerWindow(janela::kAjusta, with(criaFrmAjusta), Modo::Modal);
     m_windows.registerWindow(janela::kNPK, with(criaFrmNPK));
     m_windows.registerWindow(janela::kParcelaN, with(criaFrmParcelaN));

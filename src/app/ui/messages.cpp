@@ -5,6 +5,7 @@
 
 #include <QAbstractButton>
 #include <QDir>
+#include <QInputDialog>
 
 namespace lavra::ui {
 
@@ -13,6 +14,12 @@ namespace {
 Responder& responder()
 {
     static Responder current;
+    return current;
+}
+
+RespondedorEntrada& respondedorEntrada()
+{
+    static RespondedorEntrada current;
     return current;
 }
 
@@ -45,6 +52,20 @@ QMessageBox::StandardButton mostra(QWidget* parent, const Mensagem& mensagem)
     if (QAbstractButton* no = box.button(QMessageBox::No))
         no->setText(QStringLiteral("&Não"));
     return static_cast<QMessageBox::StandardButton>(box.exec());
+}
+
+void setRespondedorEntrada(RespondedorEntrada r) { respondedorEntrada() = std::move(r); }
+
+QString entrada(QWidget* parent, const QString& titulo, const QString& pergunta)
+{
+    if (respondedorEntrada())
+        return respondedorEntrada()(titulo, pergunta);
+    QInputDialog box(parent);
+    box.setObjectName(QStringLiteral("inputLavra"));
+    box.setWindowTitle(titulo);
+    box.setLabelText(pergunta);
+    box.setInputMode(QInputDialog::TextInput);
+    return box.exec() == QDialog::Accepted ? box.textValue() : QString();
 }
 
 void aviso(QWidget* parent, const QString& texto) { mostra(parent, {Icone::Exclamacao, texto}); }

@@ -80,6 +80,16 @@ TextosNec CropWindow::textosNec() const
     return textos;
 }
 
+void CropWindow::mostraCalculo(const CalculoCultura& r)
+{
+    if (r.substituiResultado) {
+        for (int i = 0; i < m_txtNec.size(); ++i)
+            m_txtNec[i]->setText(r.nec[static_cast<std::size_t>(i)]);
+    }
+    if (r.desfecho)
+        ui::mostra(this, *r.desfecho);
+}
+
 QGroupBox* CropWindow::criaResultadoFinal(const QStringList& legendas)
 {
     auto* frame = new QGroupBox(QStringLiteral("Resultado final (kg/ha)"), this);

@@ -1,11 +1,15 @@
 #pragma once
 
 #include "app/ui/chainwindow.h"
+#include "app/ui/messages.h"
 #include "calc/cropstep.h"
+#include "store/storeerror.h"
 
 #include <QList>
 #include <QStringList>
 
+#include <functional>
+#include <optional>
 
 class QBoxLayout;
 class QGroupBox;
@@ -46,6 +50,21 @@ protected:
     int posicaoCultura() const;
     // The boxes as the four figures of most groups.
     TextosNec textosNec() const;
+    // Runs the logic of cmdCalc; a failure of the database empties the boxes and is told, and
+    // gives nothing.
+    template <typename Calculo>
+    std::optional<Calculo> executa(const std::function<Calculo()>& calculo)
+    {
+        try {
+            return calculo();
+        } catch (const StoreError& error) {
+            LimpaCalculo();
+            erroBanco(this, error);
+            return std::nullopt;
+        }
+    }
+    // The boxes take what the calculation left in them, then its outcome is told.
+    void mostraCalculo(const CalculoCultura& r);
 
     // A click in lstCulturas, after the results were emptied.
     virtual void culturaEscolhida(int posicao);

@@ -97,25 +97,16 @@ protected:
         // A number refused as its box was left may still stand there; it is never read.
         if (recusaCampos({ m_txtExpect, m_txtMS }))
             return;
-        CalculoGraos r;
-        try {
-            r = CalculaGraos(m_session.db, m_session, definicoes());
-        } catch (const StoreError& error) {
-            LimpaCalculo();
-            erroBanco(this, error);
+        const auto r = executa<CalculoGraos>([this]() { return CalculaGraos(m_session.db, m_session, definicoes()); });
+        if (!r)
             return;
-        }
-        if (r.substituiResultado) {
-            for (int i = 0; i < m_txtNec.size(); ++i)
-                m_txtNec[i]->setText(r.nec[static_cast<std::size_t>(i)]);
-        }
-        if (r.desfecho) {
-            ui::mostra(this, *r.desfecho);
-            if (r.limpaExpectativa)
+        mostraCalculo(*r);
+        if (r->desfecho) {
+            if (r->limpaExpectativa)
                 m_txtExpect->clear();
             return;
         }
-        if (r.comCorrecao) {
+        if (r->comCorrecao) {
             ControlaCorrecao(1);
             mostraCorrecao();
         } else {

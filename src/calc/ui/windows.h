@@ -8,10 +8,12 @@ namespace lavra::ui {
 // the charts.
 QWidget* criaFrmCliAn(Session& session, WindowRegistry& windows);
 
-// The steps of the calculation: crop group, liming, grain crops and the adjustment of a need.
+// The steps of the calculation: crop group, liming, the crop windows and the adjustment of a need.
 QWidget* criaFrmGrupCult(Session& session, WindowRegistry& windows);
 QWidget* criaFrmCalagem(Session& session, WindowRegistry& windows);
 QWidget* criaFrmGraos(Session& session, WindowRegistry& windows);
+QWidget* criaFrmHort(Session& session, WindowRegistry& windows);
+QWidget* criaFrmCana(Session& session, WindowRegistry& windows);
 QWidget* criaFrmAjusta(Session& session, WindowRegistry& windows);
 
 } // namespace lavra::ui
