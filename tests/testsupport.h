@@ -7,6 +7,16 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <ostream>
+
+namespace lavra {
+// Test failures show a text as it stands.
+inline void PrintTo(const QString& s, std::ostream* os)
+{
+    *os << '"' << s.toStdString() << '"';
+}
+} // namespace lavra
+
 namespace lavra::test {
 
 // A new database, complete with its starting rows, in a directory of its own.

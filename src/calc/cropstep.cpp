@@ -179,9 +179,11 @@ Leitura leClasse(const Store& db, const Consulta& consulta, int ordinal)
     return { valor, {} };
 }
 
-Leitura necessidadeDaLinha(const QVector<QVariant>& linha, const Consulta& consulta, int ordinalClasse, double e)
+Leitura necessidadeDaLinha(const QVector<QVariant>& linha, const Consulta& consulta, int ordinalClasse, double e,
+    std::optional<double> referencia)
 {
-    const auto referencia = celula(linha, kColRendimento);
+    if (!referencia)
+        referencia = celula(linha, kColRendimento);
     if (!referencia)
         return { {}, semValor(consulta, kColRendimento) };
     const auto daClasse = celula(linha, ordinalClasse);

@@ -26,6 +26,8 @@ using TextosNec = std::array<QString, 4>;
 
 inline const QString kMsgSelecioneCultura = QStringLiteral("Selecione uma cultura!");
 inline const QString kMsgInformeExpectativa = QStringLiteral("Informe a expectativa de rendimento!");
+inline const QString kMsgSelecioneCultivoAnterior = QStringLiteral("Selecione o cultivo anterior!");
+inline const QString kMsgExpectativaInvalida = QStringLiteral("A expectativa de rendimento não é um número válido!");
 inline const QString kMsgNaoCalculada = QStringLiteral("A adubação não foi calculada ainda!");
 inline const QString kMsgPlanoIndisponivel
     = QStringLiteral("Esta forma de plano de adubação ainda não está disponível nesta versão do programa.");
@@ -127,6 +129,8 @@ struct Leitura {
 // for it (the box stays empty), a fault where the row has no number there.
 Leitura leClasse(const Store& db, const Consulta& consulta, int ordinal);
 
-Leitura necessidadeDaLinha(const QVector<QVariant>& linha, const Consulta& consulta, int ordinalClasse, double e);
+// referencia stands in for the row's own reference yield where the window sets one.
+Leitura necessidadeDaLinha(const QVector<QVariant>& linha, const Consulta& consulta, int ordinalClasse, double e,
+    std::optional<double> referencia = std::nullopt);
 
 } // namespace lavra

@@ -142,7 +142,7 @@ CalculoGraos CalculaGraos(const Store& db, Session& session, const DefinicoesGra
     };
     const auto e = parseNumber(d.expectativa);
     if (!e)
-        return falha(Desfecho::critico(QStringLiteral("A expectativa de rendimento não é um número válido!")));
+        return falha(Desfecho::critico(kMsgExpectativaInvalida));
 
     EntradaGraos entrada;
     entrada.posicao = d.posicao;
@@ -280,7 +280,7 @@ Parada ProssegueGraos(
         return Desfecho::aviso(kMsgNaoCalculada);
     const auto e = parseNumber(d.expectativa);
     if (!e)
-        return Desfecho::critico(QStringLiteral("A expectativa de rendimento não é um número válido!"));
+        return Desfecho::critico(kMsgExpectativaInvalida);
     return ProssegueCultura(session, janelas, nomeCulturaGraos(d), toSingle(*e), nec);
 }
 

@@ -24,7 +24,6 @@ inline const QString kAvisoSosbai = QStringLiteral(
     "As quantidades de fertilizantes e corretivos para essa cultura são calculadas de acordo com as "
     "indicações da Sociedade Sul-Brasileira de Arroz Irrigado (SOSBAI, 2007).");
 inline const QString kMsgSelecioneSemeadura = QStringLiteral("Selecione o sistema de semeadura");
-inline const QString kMsgSelecioneCultivoAnterior = QStringLiteral("Selecione o cultivo anterior!");
 inline const QString kMsgInformeMassaSeca
     = QStringLiteral("Informe a produção de massa seca do cultivo anterior!");
 inline const QString kMsgArrozSemCorrecao

@@ -6,14 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
-
 namespace lavra {
-
-inline void PrintTo(const QString& s, std::ostream* os)
-{
-    *os << '"' << s.toStdString() << '"';
-}
 
 namespace {
 

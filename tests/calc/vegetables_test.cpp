@@ -8,14 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
-
 namespace lavra {
-
-inline void PrintTo(const QString& s, std::ostream* os)
-{
-    *os << '"' << s.toStdString() << '"';
-}
 
 namespace {
 
