@@ -21,7 +21,7 @@ class WindowHost;
 inline const QString kTituloForrageiras = QStringLiteral("Grupo: Culturas Produtoras de Grãos");
 inline const QString kResultadoForrageiras = QStringLiteral("Rusultado final (kg/ha)");
 inline const QString kRotuloExpectativaMS = QStringLiteral("Expectativa de produtividade ( t de MS/ha )");
-inline const QString kNaoRequer = QStringLiteral("Não requer");
+inline const QString kNaoRequerRendimento = QStringLiteral("Não requer");
 inline const QString kMsgSelecioneCombinacao = QStringLiteral("Selecione a combinação das espécies!");
 inline const QString kMsgSelecioneUsoAnterior = QStringLiteral("Selecione a utilização do cultivo anterior!");
 

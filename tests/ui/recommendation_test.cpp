@@ -4,6 +4,7 @@
 #include "base/validation.h"
 #include "calc/crops.h"
 #include "calc/cropstep.h"
+#include "calc/ornamentals.h"
 #include "registers/analysis.h"
 #include "report/laudo.h"
 #include "report/ui/reportview.h"
@@ -60,6 +61,12 @@ private:
             r = CadastraAnalise(h.session().db, entrada);
         }
         QVERIFY(!r.desfecho);
+    }
+
+    // The company the report is signed for.
+    static void cadastraEmpresa(UiHarness& h)
+    {
+        h.exec(QStringLiteral("INSERT INTO Empresa VALUES ('AgroSul', 'Rua A', '1', '99700-000', 'Erechim', 'Centro', 'RS', '5433', 'a@b', 'agrosul.com')"));
     }
 
     static QWidget* visible(UiHarness& h, const QString& name)
@@ -259,7 +266,7 @@ private Q_SLOTS:
         QCOMPARE(nec(graos)[0], QStringLiteral("0"));
         QCOMPARE(nec(graos)[3], QStringLiteral("0"));
         click(graos, QStringLiteral("cmdProssegue"));
-        h.exec(QStringLiteral("INSERT INTO Empresa VALUES ('AgroSul', 'Rua A', '1', '99700-000', 'Erechim', 'Centro', 'RS', '5433', 'a@b', 'agrosul.com')"));
+        cadastraEmpresa(h);
         plano(h, false, QStringLiteral("20/11/2026"), true);
         // "Exibir o laudo?" answered Yes: the report of the saved row, with its observations window.
         QWidget* report = visible(h, QStringLiteral("rptLdForml"));
@@ -277,7 +284,7 @@ private Q_SLOTS:
     {
         UiHarness h;
         cadastraAnalise(h);
-        h.exec(QStringLiteral("INSERT INTO Empresa VALUES ('AgroSul', 'Rua A', '1', '99700-000', 'Erechim', 'Centro', 'RS', '5433', 'a@b', 'agrosul.com')"));
+        cadastraEmpresa(h);
         QWidget* hort = ateCultura(h, 1, QStringLiteral("Hortaliças em geral"), QStringLiteral("frmHort"));
         QCOMPARE(hort->windowTitle(), QStringLiteral("Grupo: Hortaliças"));
         auto* cboExpect = find<QComboBox>(hort, QStringLiteral("cboExpect"));
@@ -332,7 +339,7 @@ private Q_SLOTS:
     {
         UiHarness h;
         cadastraAnalise(h);
-        h.exec(QStringLiteral("INSERT INTO Empresa VALUES ('AgroSul', 'Rua A', '1', '99700-000', 'Erechim', 'Centro', 'RS', '5433', 'a@b', 'agrosul.com')"));
+        cadastraEmpresa(h);
         QWidget* cana = ateCultura(h, 6, QStringLiteral("Cana-de-açúcar"), QStringLiteral("frmCana"));
         choose(cana, QStringLiteral("lstCulturas"), 1);
         QCOMPARE(find<QComboBox>(cana, QStringLiteral("cboExpect"))->itemText(2), QStringLiteral("50 a 80"));
@@ -353,6 +360,115 @@ private Q_SLOTS:
         QCOMPARE(row[5], QStringLiteral("Expectativa=72"));
         QCOMPARE(row[42], QStringLiteral("Aviso=") + kObsAjuste);
         QVERIFY(laudo(h).contains(QStringLiteral("Cana-soca")));
+    }
+
+    void foragesWithTheMixtureRules()
+    {
+        UiHarness h;
+        cadastraAnalise(h);
+        cadastraEmpresa(h);
+        QWidget* forragem = ateCultura(h, 2, QStringLiteral("Forrageiras - implantação com preparo do solo"), QStringLiteral("frmForrage"));
+        QCOMPARE(forragem->windowTitle(), QStringLiteral("Grupo: Culturas Produtoras de Grãos"));
+        auto* uso = find<QComboBox>(forragem, QStringLiteral("cboUsoAnt"));
+        auto* expect = find<QLineEdit>(forragem, QStringLiteral("txtExpect"));
+
+        // Native pasture needs no yield; a mixture asks the use of the area once its combination
+        // is chosen, Anual X Anual included.
+        choose(forragem, QStringLiteral("lstCulturas"), 16);
+        QCOMPARE(expect->text(), QStringLiteral("Não requer"));
+        QVERIFY(!expect->isEnabled());
+        choose(forragem, QStringLiteral("lstCulturas"), 3);
+        QVERIFY(expect->isEnabled() && expect->text().isEmpty());
+        QVERIFY(!uso->isEnabled());
+        combo(forragem, QStringLiteral("cboComb"), 1);
+        QVERIFY(uso->isEnabled());
+
+        // Warm annual grasses after a cut, 10 t of dry mass: equation A at 3 % gives 180, 2 t above
+        // 8 at 30, less 20 at the base; P 80 + 20 and K 60 + 40, both x 1.5.
+        choose(forragem, QStringLiteral("lstCulturas"), 5);
+        type(forragem, QStringLiteral("txtExpect"), QStringLiteral("10"));
+        h.clearBoxes();
+        click(forragem, QStringLiteral("cmdCalc"));
+        QCOMPARE(h.texts(), QStringList { QStringLiteral("Selecione a utilização do cultivo anterior!") });
+        combo(forragem, QStringLiteral("cboUsoAnt"), QStringLiteral("Corte"));
+        click(forragem, QStringLiteral("cmdCalc"));
+        qInfo().noquote() << "Forage need (N base, P2O5, K2O, N topdressing):" << nec(forragem).join(QStringLiteral(" | "));
+        QCOMPARE(nec(forragem), QStringList({ "20", "150", "150", "220" }));
+
+        click(forragem, QStringLiteral("cmdProssegue"));
+        plano(h, true, QStringLiteral("05/10/2026"), true);
+        const QStringList row = savedRow(h);
+        qInfo().noquote() << "Forage recommendation:" << row.join(QStringLiteral(" | "));
+        QCOMPARE(row[1], QStringLiteral("CodCultivo=Gramíneas anuais de estação quente-Primeiro-05/10/2026"));
+        QCOMPARE(row[5], QStringLiteral("Expectativa=10"));
+        QCOMPARE(row[42], QStringLiteral("Aviso="));
+        QVERIFY(laudo(h).contains(QStringLiteral("Gramíneas anuais de estação quente")));
+    }
+
+    void ornamentalsThroughTheAdjustment()
+    {
+        UiHarness h;
+        cadastraAnalise(h);
+        cadastraEmpresa(h);
+        QWidget* ornam = ateCultura(h, 4, QStringLiteral("Roseira de corte"), QStringLiteral("frmOrnam"));
+        QCOMPARE(ornam->windowTitle(), QStringLiteral("Grupo: Plantas Ornamentais"));
+        choose(ornam, QStringLiteral("lstCulturas"), 1);
+        click(ornam, QStringLiteral("cmdCalc"));
+        // Organic-matter class 3 reads the second row; P class 3, K class 4.
+        QCOMPARE(nec(ornam), QStringList({ "80", "280", "80", "Consultar MAC" }));
+
+        // The topdressing is the manual's: the way on is through Ajustar, and the window says so.
+        h.clearBoxes();
+        click(ornam, QStringLiteral("cmdProssegue"));
+        QCOMPARE(h.texts(), QStringList { kMsgCoberturaOrnamentais });
+        QVERIFY(ornam->isVisible());
+
+        click(ornam, QStringLiteral("cmdAjusta"));
+        QWidget* ajuste = visible(h, QStringLiteral("frmAjusta"));
+        QCOMPARE(find<QLineEdit>(ajuste, QStringLiteral("txtNC"))->text(), QStringLiteral("Consultar MAC"));
+        click(ajuste, QStringLiteral("cmdCancela"));
+        ajusta(h, ornam, { "40", "200", "200", "30" });
+        QCOMPARE(nec(ornam), QStringList({ "40", "200", "200", "30" }));
+        click(ornam, QStringLiteral("cmdProssegue"));
+        plano(h, true, QStringLiteral("12/10/2026"), true);
+        const QStringList row = savedRow(h);
+        qInfo().noquote() << "Rose recommendation:" << row.join(QStringLiteral(" | "));
+        QCOMPARE(row[1], QStringLiteral("CodCultivo=Roseira de corte-0-12/10/2026"));
+        QCOMPARE(row[42], QStringLiteral("Aviso=") + kObsAjuste);
+        const QString pagina = laudo(h);
+        QVERIFY(pagina.contains(QStringLiteral("Roseira de corte")));
+        QVERIFY(pagina.contains(kObsAjuste));
+    }
+
+    void medicinalPlantsWithTheNoteOnly()
+    {
+        UiHarness h;
+        cadastraAnalise(h);
+        cadastraEmpresa(h);
+        QWidget* medic = ateCultura(h, 5, QStringLiteral("Capim-limão"), QStringLiteral("frmCondMedic"));
+        QCOMPARE(medic->windowTitle(), QStringLiteral("Grupo: Culturas Produtoras de Grãos"));
+        h.clearBoxes();
+        click(medic, QStringLiteral("cmdCalc"));
+        QCOMPARE(h.texts(), QStringList { kMsgSelecioneCultura });
+        choose(medic, QStringLiteral("lstCulturas"), 3);
+        click(medic, QStringLiteral("cmdCalc"));
+        // MO class 3: 0.33 of 90 at the base; P class 3 the middle column, K class 4 the last.
+        qInfo().noquote() << "Lemongrass need (N base, P2O5, K2O, N topdressing):" << nec(medic).join(QStringLiteral(" | "));
+        QCOMPARE(nec(medic), QStringList({ "29,7", "80", "50", "60,3" }));
+
+        // Medicinal plants keep their figures: only the note is set.
+        ajusta(h, medic, { "30", "90", "60", "60" });
+        QCOMPARE(nec(medic), QStringList({ "29,7", "80", "50", "60,3" }));
+        click(medic, QStringLiteral("cmdProssegue"));
+        plano(h, true, QStringLiteral("20/10/2026"), true);
+        const QStringList row = savedRow(h);
+        qInfo().noquote() << "Lemongrass recommendation:" << row.join(QStringLiteral(" | "));
+        QCOMPARE(row[1], QStringLiteral("CodCultivo=Capim-limão-0-20/10/2026"));
+        QCOMPARE(row[5], QStringLiteral("Expectativa=0"));
+        QCOMPARE(row[42], QStringLiteral("Aviso=") + kObsAjuste);
+        const QString pagina = laudo(h);
+        QVERIFY(pagina.contains(QStringLiteral("Capim-limão")));
+        QVERIFY(pagina.contains(kObsAjuste));
     }
 };
 

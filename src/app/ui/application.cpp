@@ -57,6 +57,9 @@ void Aplicacao::registraJanelas()
     m_windows.registerWindow(janela::kCalagem, with(criaFrmCalagem));
     m_windows.registerWindow(janela::kGraos, with(criaFrmGraos));
     m_windows.registerWindow(janela::kHort, with(criaFrmHort));
+    m_windows.registerWindow(janela::kForrage, with(criaFrmForrage));
+    m_windows.registerWindow(janela::kOrnam, with(criaFrmOrnam));
+    m_windows.registerWindow(janela::kCondMedic, with(criaFrmCondMedic));
     m_windows.registerWindow(janela::kCana, with(criaFrmCana));
     m_windows.registerWindow(janela::kAjusta, with(criaFrmAjusta), Modo::Modal);
     m_windows.registerWindow(janela::kNPK, with(criaFrmNPK));

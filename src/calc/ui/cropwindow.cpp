@@ -90,9 +90,9 @@ void CropWindow::mostraCalculo(const CalculoCultura& r)
         ui::mostra(this, *r.desfecho);
 }
 
-QGroupBox* CropWindow::criaResultadoFinal(const QStringList& legendas)
+QGroupBox* CropWindow::criaResultadoFinal(const QStringList& legendas, const QString& titulo)
 {
-    auto* frame = new QGroupBox(QStringLiteral("Resultado final (kg/ha)"), this);
+    auto* frame = new QGroupBox(titulo, this);
     auto* grade = new QGridLayout(frame);
     for (int i = 0; i < legendas.size(); ++i) {
         auto* caixa = caixaSomenteLeitura(frame, QStringLiteral("txtNec_%1").arg(i));

@@ -40,7 +40,8 @@ public:
 
 protected:
     // The frame "Resultado final (kg/ha)" with one read-only box per caption, caption above.
-    QGroupBox* criaResultadoFinal(const QStringList& legendas = legendasNec());
+    QGroupBox* criaResultadoFinal(const QStringList& legendas = legendasNec(),
+        const QString& titulo = QStringLiteral("Resultado final (kg/ha)"));
     // The five buttons, in a row at the bottom of the layout.
     void criaComandos(QBoxLayout* layout);
     // A box of a number the user types: the warning against kilograms at each change, the

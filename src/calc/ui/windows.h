@@ -13,6 +13,9 @@ QWidget* criaFrmGrupCult(Session& session, WindowRegistry& windows);
 QWidget* criaFrmCalagem(Session& session, WindowRegistry& windows);
 QWidget* criaFrmGraos(Session& session, WindowRegistry& windows);
 QWidget* criaFrmHort(Session& session, WindowRegistry& windows);
+QWidget* criaFrmForrage(Session& session, WindowRegistry& windows);
+QWidget* criaFrmOrnam(Session& session, WindowRegistry& windows);
+QWidget* criaFrmCondMedic(Session& session, WindowRegistry& windows);
 QWidget* criaFrmCana(Session& session, WindowRegistry& windows);
 QWidget* criaFrmAjusta(Session& session, WindowRegistry& windows);
 
