@@ -265,6 +265,10 @@ private Q_SLOTS:
         click(graos, QStringLiteral("cmdCalc"));
         QCOMPARE(nec(graos)[0], QStringLiteral("0"));
         QCOMPARE(nec(graos)[3], QStringLiteral("0"));
+        // The grain window takes the adjusted figures as well; here the user only confirms them.
+        const QStringList calculada = nec(graos);
+        ajusta(h, graos, calculada);
+        QCOMPARE(nec(graos), calculada);
         click(graos, QStringLiteral("cmdProssegue"));
         cadastraEmpresa(h);
         plano(h, false, QStringLiteral("20/11/2026"), true);
@@ -278,6 +282,8 @@ private Q_SLOTS:
         QCOMPARE(row[1], QStringLiteral("CodCultivo=Soja-Primeiro-20/11/2026"));
         QCOMPARE(row[19], QStringLiteral("CobFonte=0"));
         QCOMPARE(row[24], QStringLiteral("CobCustoTotal=0"));
+        QCOMPARE(row[42], QStringLiteral("Aviso=") + kObsAjuste);
+        QVERIFY(laudo(h).contains(kObsAjuste));
     }
 
     void vegetablesWithAYieldClass()
@@ -394,6 +400,8 @@ private Q_SLOTS:
         click(forragem, QStringLiteral("cmdCalc"));
         qInfo().noquote() << "Forage need (N base, P2O5, K2O, N topdressing):" << nec(forragem).join(QStringLiteral(" | "));
         QCOMPARE(nec(forragem), QStringList({ "20", "150", "150", "220" }));
+        ajusta(h, forragem, { "20", "160", "160", "200" });
+        QCOMPARE(nec(forragem), QStringList({ "20", "160", "160", "200" }));
 
         click(forragem, QStringLiteral("cmdProssegue"));
         plano(h, true, QStringLiteral("05/10/2026"), true);
@@ -401,8 +409,10 @@ private Q_SLOTS:
         qInfo().noquote() << "Forage recommendation:" << row.join(QStringLiteral(" | "));
         QCOMPARE(row[1], QStringLiteral("CodCultivo=Gramíneas anuais de estação quente-Primeiro-05/10/2026"));
         QCOMPARE(row[5], QStringLiteral("Expectativa=10"));
-        QCOMPARE(row[42], QStringLiteral("Aviso="));
-        QVERIFY(laudo(h).contains(QStringLiteral("Gramíneas anuais de estação quente")));
+        QCOMPARE(row[42], QStringLiteral("Aviso=") + kObsAjuste);
+        const QString pagina = laudo(h);
+        QVERIFY(pagina.contains(QStringLiteral("Gramíneas anuais de estação quente")));
+        QVERIFY(pagina.contains(kObsAjuste));
     }
 
     void ornamentalsThroughTheAdjustment()
