@@ -383,6 +383,8 @@ private Q_SLOTS:
         choose(forragem, QStringLiteral("lstCulturas"), 16);
         QCOMPARE(expect->text(), QStringLiteral("Não requer"));
         QVERIFY(!expect->isEnabled());
+        click(forragem, QStringLiteral("cmdCalc"));
+        QCOMPARE(nec(forragem), QStringList({ "0", "70", "50", "0" }));
         choose(forragem, QStringLiteral("lstCulturas"), 3);
         QVERIFY(expect->isEnabled() && expect->text().isEmpty());
         QVERIFY(!uso->isEnabled());

@@ -16,12 +16,11 @@ PlainCropWindow::PlainCropWindow(Session& session, WindowRegistry& windows, cons
     setWindowTitle(titulo);
     auto* layout = new QVBoxLayout(this);
     m_lstCulturas->setMinimumWidth(m_lstCulturas->sizeHintForColumn(0) + 40);
-    // Room for the medicinal list without a long scroll, and no empty well under the two ornamentals.
-    const int linhas = std::min<int>(m_lstCulturas->count(), 12);
-    m_lstCulturas->setMinimumHeight(
-        m_lstCulturas->sizeHintForRow(0) * std::max(linhas, 3) + 2 * m_lstCulturas->frameWidth() + 4);
+    // The list is shown whole, and no taller than it is.
+    const int linhas = std::max(m_lstCulturas->count(), 3);
+    m_lstCulturas->setFixedHeight(m_lstCulturas->sizeHintForRow(0) * linhas + 2 * m_lstCulturas->frameWidth() + 4);
     layout->addWidget(rotulo(QStringLiteral("Culturas"), m_lstCulturas, this));
-    layout->addWidget(m_lstCulturas, 1);
+    layout->addWidget(m_lstCulturas);
     layout->addWidget(criaResultadoFinal());
     criaComandos(layout);
 }
