@@ -19,6 +19,11 @@ void ScratchDatabase::exec(const QString& sql) const
     DatabaseFile::acquire(m_path)->run(sql);
 }
 
+double ScratchDatabase::cell(const QString& table, const QString& column, const QString& key) const
+{
+    return scalar(QStringLiteral("SELECT %1 FROM %2 WHERE Chave = '%3'").arg(column, table, key)).toDouble();
+}
+
 QVariant ScratchDatabase::scalar(const QString& sql) const
 {
     auto file = DatabaseFile::acquire(m_path);

@@ -28,6 +28,8 @@ public:
     // Runs statements straight on the file, around the store.
     void exec(const QString& sql) const;
     QVariant scalar(const QString& sql) const;
+    // One cell of a table of the manual, by its column name and its key.
+    double cell(const QString& table, const QString& column, const QString& key) const;
 
 private:
     QTemporaryDir m_dir;

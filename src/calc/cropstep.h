@@ -65,6 +65,15 @@ struct CalculoCultura {
     TextosNec nec;
 };
 
+// A fault once the boxes were emptied: the calculation ends with them empty.
+template <typename Calculo>
+Calculo falhou(Calculo r, Desfecho recusa)
+{
+    r.desfecho = std::move(recusa);
+    r.nec = {};
+    return r;
+}
+
 // ---- The yield typed after its class (vegetables and cane) ----------------------------------
 
 inline const QString kTituloEntrada = QStringLiteral("Entrada de dados");

@@ -147,16 +147,11 @@ CalculoCultura CalculaForrageiras(const Store& db, Session& session, const Defin
         return r;
     }
     r.substituiResultado = true;
-    const auto falha = [&r](const Desfecho& recusa) {
-        r.desfecho = recusa;
-        r.nec = {};
-        return r;
-    };
     double e = 0;
     if (forragemPedeRendimento(d.posicao)) {
         const auto numero = parseNumber(d.expectativa);
         if (!numero)
-            return falha(Desfecho::critico(kMsgExpectativaInvalida));
+            return falhou(r, Desfecho::critico(kMsgExpectativaInvalida));
         e = *numero;
     }
     const ChavesCultura chaves = chavesForrageiras(d.posicao, d.cultivoAnterior, session.Cultivo);
@@ -172,7 +167,7 @@ CalculoCultura CalculaForrageiras(const Store& db, Session& session, const Defin
             const int ordinal = classe(session.Analise, analise::kClasseMO) + kDeslocamentoClasse;
             const auto daClasse = celula(*linha, ordinal);
             if (!daClasse)
-                return falha(semValor(chaves.n, ordinal));
+                return falhou(r, semValor(chaves.n, ordinal));
             total = *daClasse;
         } else {
             // The organic matter as it was typed, so that 6.4 stays within the equations.
@@ -180,14 +175,14 @@ CalculoCultura CalculaForrageiras(const Store& db, Session& session, const Defin
         }
         const auto base = celula(*linha, kColNBase);
         if (!base)
-            return falha(semValor(chaves.n, kColNBase));
+            return falhou(r, semValor(chaves.n, kColNBase));
         const auto referencia = celula(*linha, kColRendimento);
         if (!referencia)
-            return falha(semValor(chaves.n, kColRendimento));
+            return falhou(r, semValor(chaves.n, kColRendimento));
         if (e > *referencia) {
             const auto adicional = celula(*linha, kColAdicional);
             if (!adicional)
-                return falha(semValor(chaves.n, kColAdicional));
+                return falhou(r, semValor(chaves.n, kColAdicional));
             nec[3] = textoNumero((e - *referencia) * *adicional + total - *base);
         } else {
             nec[3] = textoNumero(total - *base);
@@ -209,7 +204,7 @@ CalculoCultura CalculaForrageiras(const Store& db, Session& session, const Defin
             continue; // the box stays empty, as the tables leave it
         const Leitura lida = necessidadeDaLinha(*linha, *consulta, ordinal, e, referencia);
         if (lida.falha)
-            return falha(*lida.falha);
+            return falhou(r, *lida.falha);
         nec[1 + n] = textoNumero(aumenta ? *lida.valor * kFatorUso : *lida.valor);
     }
 

@@ -135,14 +135,9 @@ CalculoGraos CalculaGraos(const Store& db, Session& session, const DefinicoesGra
     }
     // From here on the boxes hold this calculation or nothing.
     r.substituiResultado = true;
-    const auto falha = [&r](const Desfecho& recusa) {
-        r.desfecho = recusa;
-        r.nec = {};
-        return r;
-    };
     const auto e = parseNumber(d.expectativa);
     if (!e)
-        return falha(Desfecho::critico(kMsgExpectativaInvalida));
+        return falhou(r, Desfecho::critico(kMsgExpectativaInvalida));
 
     EntradaGraos entrada;
     entrada.posicao = d.posicao;
@@ -162,10 +157,10 @@ CalculoGraos CalculaGraos(const Store& db, Session& session, const DefinicoesGra
         const int ordinal = classe(session, analise::kClasseMO) + kDeslocamentoClasse;
         const auto base = celula(*linha, kColNBase);
         if (!base)
-            return falha(semValor(chaves.n, kColNBase));
+            return falhou(r, semValor(chaves.n, kColNBase));
         const Leitura total = necessidadeDaLinha(*linha, chaves.n, ordinal, *e);
         if (total.falha)
-            return falha(*total.falha);
+            return falhou(r, *total.falha);
         nec[3] = textoNumero(*total.valor - *base);
         nec[0] = textoNumero(*base);
     }
@@ -181,17 +176,17 @@ CalculoGraos CalculaGraos(const Store& db, Session& session, const DefinicoesGra
 
     if (arrozIrrigado(d.posicao) && d.sistemaSemeadura == kPreGerminado) {
         if (!soma(3, kAcrescimoPreGerminado))
-            return falha(semLinha(chaves.n));
+            return falhou(r, semLinha(chaves.n));
         nec[0] = QStringLiteral("0");
     }
 
     if (d.posicao == graos::Milho) {
         const auto massa = parseNumber(d.massaSeca);
         if (!massa)
-            return falha(Desfecho::critico(QStringLiteral("A produção de massa seca não é um número válido!")));
+            return falhou(r, Desfecho::critico(QStringLiteral("A produção de massa seca não é um número válido!")));
         const double ajuste = ajusteMassaSeca(d.cultivoAnterior, *massa);
         if (ajuste != 0 && !(soma(0, ajuste) && soma(3, ajuste)))
-            return falha(semLinha(chaves.n));
+            return falhou(r, semLinha(chaves.n));
     }
 
     // Phosphorus and potassium, by the tables of the crop order.
@@ -203,7 +198,7 @@ CalculoGraos CalculaGraos(const Store& db, Session& session, const DefinicoesGra
             const Leitura lida
                 = necessidadeDaLinha(*linha, consulta, nutrientes[n].second + kDeslocamentoClasse, *e);
             if (lida.falha)
-                return falha(*lida.falha);
+                return falhou(r, *lida.falha);
             nec[1 + n] = textoNumero(*lida.valor);
         }
     }
@@ -216,10 +211,10 @@ CalculoGraos CalculaGraos(const Store& db, Session& session, const DefinicoesGra
             const auto oficial = toNumber(tab[kAgora + n]);
             const auto gradual = toNumber(tab[kAgora + kGradual + n]);
             if (!oficial || !gradual)
-                return falha(
+                return falhou(r, 
                     Desfecho::critico(QStringLiteral("A correção gradual não pôde ser aplicada: verifique a análise.")));
             if (!soma(1 + n, *gradual - *oficial))
-                return falha(semLinha(n == 0 ? chaves.p : chaves.k));
+                return falhou(r, semLinha(n == 0 ? chaves.p : chaves.k));
         }
     }
 

@@ -38,11 +38,6 @@ CalculoCultura CalculaCondimentares(const Store& db, Session& session, int posic
         return r;
     }
     r.substituiResultado = true;
-    const auto falha = [&r](const Desfecho& recusa) {
-        r.desfecho = recusa;
-        r.nec = {};
-        return r;
-    };
     const ChavesCultura chaves = chavesCondimentares(posicao, session.CultivoTxt);
 
     if (const auto linha = leLinha(db, chaves.n)) {
@@ -52,10 +47,10 @@ CalculoCultura CalculaCondimentares(const Store& db, Session& session, int posic
             ? celula(*linha, classeMO)
             : std::nullopt;
         if (!total)
-            return falha(semValor(chaves.n, classeMO));
+            return falhou(r, semValor(chaves.n, classeMO));
         const auto fracao = celula(*linha, kColFracaoBase);
         if (!fracao)
-            return falha(semValor(chaves.n, kColFracaoBase));
+            return falhou(r, semValor(chaves.n, kColFracaoBase));
         r.nec[3] = textoNumero(*total - *fracao * *total);
         r.nec[0] = textoNumero(*fracao * *total);
     }
@@ -70,7 +65,7 @@ CalculoCultura CalculaCondimentares(const Store& db, Session& session, int posic
             continue;
         const Leitura lida = leClasse(db, *nutrientes[n].first, nutrientes[n].second);
         if (lida.falha)
-            return falha(*lida.falha);
+            return falhou(r, *lida.falha);
         if (lida.valor)
             r.nec[1 + n] = textoNumero(*lida.valor);
     }

@@ -67,11 +67,6 @@ CalculoCultura CalculaHortalicas(const Store& db, Session& session, const Defini
         r.desfecho = Desfecho::aviso(kMsgInformeExpectativa, QStringLiteral("cboExpect"));
         return r;
     }
-    const auto falha = [&r](const Desfecho& recusa) {
-        r.desfecho = recusa;
-        r.nec = {};
-        return r;
-    };
 
     const ChavesCultura chaves = chavesHortalicas(d.posicao, d.posicaoExpectativa,
         ClasseArgila(valorAnalise(session, analise::kArgila)), session.Cultivo);
@@ -83,10 +78,10 @@ CalculoCultura CalculaHortalicas(const Store& db, Session& session, const Defini
     if (const auto linha = leLinha(db, chaves.n)) {
         const auto total = celula(*linha, classeMO);
         if (!total)
-            return falha(semValor(chaves.n, classeMO));
+            return falhou(r, semValor(chaves.n, classeMO));
         const auto fracao = celula(*linha, kColFracaoBase);
         if (!fracao)
-            return falha(semValor(chaves.n, kColFracaoBase));
+            return falhou(r, semValor(chaves.n, kColFracaoBase));
         nec[3] = textoNumero(*total - *fracao * *total);
         nec[0] = textoNumero(*fracao * *total);
     }
@@ -94,7 +89,7 @@ CalculoCultura CalculaHortalicas(const Store& db, Session& session, const Defini
         // The fixed dose comes out of the topdressing, so it needs the row.
         const auto cobertura = parseNumber(nec[3]);
         if (!cobertura)
-            return falha(semLinha(chaves.n));
+            return falhou(r, semLinha(chaves.n));
         nec[3] = textoNumero(*cobertura - fixo);
         nec[0] = textoNumero(fixo);
     }
@@ -108,7 +103,7 @@ CalculoCultura CalculaHortalicas(const Store& db, Session& session, const Defini
     for (std::size_t n = 0; n < nutrientes.size(); ++n) {
         const Leitura lida = leClasse(db, *nutrientes[n].first, nutrientes[n].second);
         if (lida.falha)
-            return falha(*lida.falha);
+            return falhou(r, *lida.falha);
         if (lida.valor)
             nec[1 + n] = textoNumero(*lida.valor);
     }

@@ -46,9 +46,7 @@ protected:
 
     double celulaNomeada(const Consulta& c, const QString& coluna) const
     {
-        return scratch
-            .scalar(QStringLiteral("SELECT %1 FROM %2 WHERE Chave = '%3'").arg(coluna, c.tabela, c.chave))
-            .toDouble();
+        return scratch.cell(c.tabela, coluna, c.chave);
     }
 
     MachineLocale ponto { test::pointLocale() };

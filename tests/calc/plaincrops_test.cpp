@@ -102,7 +102,7 @@ TEST_F(PlainCropsTest, MedicinalEveryCropEveryClassFolded)
     const QStringList colunas = { {}, "ClasseMB_B", "ClasseM", "ClasseA_MA" };
     const QStringList colunasMO = { {}, {}, "NMO2", "NMO3", "NMO4" };
     const auto celula = [this](const QString& tabela, const QString& coluna, const QString& chave) {
-        return scratch.scalar(QStringLiteral("SELECT %1 FROM %2 WHERE Chave = '%3'").arg(coluna, tabela, chave)).toDouble();
+        return scratch.cell(tabela, coluna, chave);
     };
     for (int posicao = 0; posicao < culturasCondimentares().size(); ++posicao) {
         const QString cultura = culturasCondimentares()[posicao];

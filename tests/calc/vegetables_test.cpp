@@ -57,9 +57,7 @@ protected:
     // A cell read by its column name, around the program's reading by ordinal.
     double celulaNomeada(const Consulta& c, const QString& coluna) const
     {
-        return scratch
-            .scalar(QStringLiteral("SELECT %1 FROM %2 WHERE Chave = '%3'").arg(coluna, c.tabela, c.chave))
-            .toDouble();
+        return scratch.cell(c.tabela, coluna, c.chave);
     }
 
     MachineLocale ponto { test::pointLocale() };

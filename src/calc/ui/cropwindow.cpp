@@ -108,6 +108,19 @@ QGroupBox* CropWindow::criaResultadoFinal(const QStringList& legendas, const QSt
     return frame;
 }
 
+QGroupBox* CropWindow::criaDefinicoes(QGridLayout*& grade, int linhas, int minimoLinhas)
+{
+    auto* frame = new QGroupBox(QStringLiteral("Definições para o cálculo"), this);
+    grade = new QGridLayout(frame);
+    m_lstCulturas->setParent(frame);
+    m_lstCulturas->setMinimumWidth(m_lstCulturas->sizeHintForColumn(0) + 40);
+    m_lstCulturas->setMinimumHeight(m_lstCulturas->sizeHintForRow(0) * std::max<int>(m_lstCulturas->count(), minimoLinhas)
+        + 2 * m_lstCulturas->frameWidth() + 4);
+    grade->addWidget(rotulo(QStringLiteral("Culturas"), m_lstCulturas, frame), 0, 0);
+    grade->addWidget(m_lstCulturas, 1, 0, linhas, 1);
+    return frame;
+}
+
 void CropWindow::criaComandos(QBoxLayout* layout)
 {
     const LinhaPasso botoes = adicionaBotoesPasso(layout, this,

@@ -12,6 +12,7 @@
 #include <optional>
 
 class QBoxLayout;
+class QGridLayout;
 class QGroupBox;
 class QLineEdit;
 class QListWidget;
@@ -42,6 +43,9 @@ protected:
     // The frame "Resultado final (kg/ha)" with one read-only box per caption, caption above.
     QGroupBox* criaResultadoFinal(const QStringList& legendas = legendasNec(),
         const QString& titulo = QStringLiteral("Resultado final (kg/ha)"));
+    // The frame "Definições para o cálculo" with the crop list under "Culturas" in its first
+    // column, over linhas rows of the grid, the whole list in view and at least minimoLinhas tall.
+    QGroupBox* criaDefinicoes(QGridLayout*& grade, int linhas, int minimoLinhas = 0);
     // The five buttons, in a row at the bottom of the layout.
     void criaComandos(QBoxLayout* layout);
     // A box of a number the user types: the warning against kilograms at each change, the

@@ -30,7 +30,7 @@ public:
     {
         setWindowTitle(kTituloForrageiras);
         auto* layout = new QVBoxLayout(this);
-        layout->addWidget(criaDefinicoes(), 1);
+        layout->addWidget(criaEntradas(), 1);
         layout->addWidget(criaResultadoFinal(legendasNec(), kResultadoForrageiras));
         criaComandos(layout);
         culturaEscolhida(-1);
@@ -68,16 +68,10 @@ protected:
     }
 
 private:
-    QGroupBox* criaDefinicoes()
+    QGroupBox* criaEntradas()
     {
-        auto* frame = new QGroupBox(QStringLiteral("Definições para o cálculo"), this);
-        auto* grade = new QGridLayout(frame);
-        m_lstCulturas->setParent(frame);
-        m_lstCulturas->setMinimumWidth(m_lstCulturas->sizeHintForColumn(0) + 40);
-        m_lstCulturas->setMinimumHeight(
-            m_lstCulturas->sizeHintForRow(0) * m_lstCulturas->count() + 2 * m_lstCulturas->frameWidth() + 4);
-        grade->addWidget(rotulo(QStringLiteral("Culturas"), m_lstCulturas, frame), 0, 0);
-        grade->addWidget(m_lstCulturas, 1, 0, 9, 1);
+        QGridLayout* grade = nullptr;
+        QGroupBox* frame = criaDefinicoes(grade, 9);
 
         m_txtExpect = new QLineEdit(frame);
         m_txtExpect->setObjectName(QStringLiteral("txtExpect"));

@@ -38,7 +38,7 @@ public:
     {
         setWindowTitle(kTituloGraos);
         auto* layout = new QVBoxLayout(this);
-        layout->addWidget(criaDefinicoes(), 1);
+        layout->addWidget(criaEntradas(), 1);
 
         auto* resultados = new QGroupBox(QStringLiteral("Resultados do cálculo"), this);
         auto* linha = new QHBoxLayout(resultados);
@@ -121,17 +121,11 @@ protected:
     }
 
 private:
-    QGroupBox* criaDefinicoes()
+    QGroupBox* criaEntradas()
     {
-        auto* frame = new QGroupBox(QStringLiteral("Definições para o cálculo"), this);
-        auto* grade = new QGridLayout(frame);
-        m_lstCulturas->setParent(frame);
         // The whole list in view, which also leaves room beside it for the rice note.
-        m_lstCulturas->setMinimumWidth(m_lstCulturas->sizeHintForColumn(0) + 40);
-        m_lstCulturas->setMinimumHeight(
-            m_lstCulturas->sizeHintForRow(0) * m_lstCulturas->count() + 2 * m_lstCulturas->frameWidth() + 4);
-        grade->addWidget(rotulo(QStringLiteral("Culturas"), m_lstCulturas, frame), 0, 0);
-        grade->addWidget(m_lstCulturas, 1, 0, 9, 1);
+        QGridLayout* grade = nullptr;
+        QGroupBox* frame = criaDefinicoes(grade, 9);
 
         const int larguraNumero = fontMetrics().horizontalAdvance(QStringLiteral("00000,00")) + 16;
         m_txtExpect = new QLineEdit(frame);

@@ -27,15 +27,9 @@ YieldClassWindow::YieldClassWindow(Session& session, WindowRegistry& windows, co
     setWindowTitle(titulo);
     auto* layout = new QVBoxLayout(this);
 
-    auto* definicoes = new QGroupBox(QStringLiteral("Definições para o cálculo"), this);
-    auto* grade = new QGridLayout(definicoes);
-    m_lstCulturas->setParent(definicoes);
-    m_lstCulturas->setMinimumWidth(m_lstCulturas->sizeHintForColumn(0) + 40);
-    // The whole list in view, and room for a few rows in a short one.
-    m_lstCulturas->setMinimumHeight(m_lstCulturas->sizeHintForRow(0) * std::max<int>(m_lstCulturas->count(), 6)
-        + 2 * m_lstCulturas->frameWidth() + 4);
-    grade->addWidget(rotulo(QStringLiteral("Culturas"), m_lstCulturas, definicoes), 0, 0);
-    grade->addWidget(m_lstCulturas, 1, 0, 3, 1);
+    // Room for a few rows in a short list.
+    QGridLayout* grade = nullptr;
+    QGroupBox* definicoes = criaDefinicoes(grade, 3, 6);
 
     m_cboExpect = new QComboBox(definicoes);
     m_cboExpect->setObjectName(QStringLiteral("cboExpect"));
