@@ -137,6 +137,11 @@ int classe(const QVector<QVariant>& analise, int ordinal)
     return static_cast<int>(std::floor(toNumber(analise.value(ordinal)).value_or(0)));
 }
 
+float analiseSingle(const QVector<QVariant>& analise, int ordinal)
+{
+    return toSingle(toNumber(analise.value(ordinal)).value_or(0));
+}
+
 std::optional<double> celula(const QVector<QVariant>& linha, int ordinal)
 {
     if (ordinal < 1 || ordinal >= linha.size())

@@ -111,6 +111,8 @@ void AplicaAjuste(Session& session);
 // A class of the analysis by ordinal. The classes are small integers; a fraction would be cut,
 // as Int does.
 int classe(const QVector<QVariant>& analise, int ordinal);
+// A value of the analysis as the 32-bit float it is kept as; 0 where it has none.
+float analiseSingle(const QVector<QVariant>& analise, int ordinal);
 
 // A cell of the manual: a 32-bit float read as the decimal it was typed as; nothing for a cell
 // without a number or an ordinal out of the row.

@@ -42,11 +42,6 @@ int classe(const Session& session, int ordinal)
     return lavra::classe(session.Analise, ordinal);
 }
 
-float analiseSingle(const Session& session, int ordinal)
-{
-    return toSingle(toNumber(session.Analise.value(ordinal)).value_or(0));
-}
-
 // The change of both nitrogen figures of maize by the dry mass of the previous crop.
 double ajusteMassaSeca(const QString& anterior, double massa)
 {
@@ -238,10 +233,10 @@ void CarregaCorrecaoOficial(Session& session)
 void CarregaCorrecaoGradual(Session& session)
 {
     const float dP = DoseCorrecao(
-        analiseSingle(session, analise::kArgila), analiseSingle(session, analise::kP), QStringLiteral("P"));
+        analiseSingle(session.Analise, analise::kArgila), analiseSingle(session.Analise, analise::kP), QStringLiteral("P"));
     // Lower case on purpose: the potassium dose of this rule is always 0, and must stay so.
     const float dK
-        = DoseCorrecao(analiseSingle(session, analise::kCTC), analiseSingle(session, analise::kK), QStringLiteral("k"));
+        = DoseCorrecao(analiseSingle(session.Analise, analise::kCTC), analiseSingle(session.Analise, analise::kK), QStringLiteral("k"));
     auto& tab = session.TabCorrecao;
     const std::array<float, 2> doses = { dP, dK };
     for (std::size_t n = 0; n < doses.size(); ++n) {

@@ -69,7 +69,7 @@ CalculoCultura CalculaOrnamentais(Session& session, int posicao)
     r.nec[0] = textoNumero(nitrogenioOrnamentais(posicao, valor(session, analise::kClasseMO)));
     if (const auto p = fosforoOrnamentais(posicao, valor(session, analise::kClasseP)))
         r.nec[1] = textoNumero(*p);
-    if (const auto k = potassioOrnamentais(posicao, toSingle(valor(session, analise::kClasseK))))
+    if (const auto k = potassioOrnamentais(posicao, analiseSingle(session.Analise, analise::kClasseK)))
         r.nec[2] = textoNumero(*k);
     r.nec[3] = kConsultarMAC;
     NecessidadeRecalculada(session, false);

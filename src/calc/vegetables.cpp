@@ -33,11 +33,6 @@ bool temFaixas(int posicao)
     return !expectativasHortalicas(posicao).isEmpty();
 }
 
-float valorAnalise(const Session& session, int ordinal)
-{
-    return toSingle(toNumber(session.Analise.value(ordinal)).value_or(0));
-}
-
 } // namespace
 
 bool hortalicaPedeRendimento(int posicao)
@@ -69,9 +64,9 @@ CalculoCultura CalculaHortalicas(const Store& db, Session& session, const Defini
     }
 
     const ChavesCultura chaves = chavesHortalicas(d.posicao, d.posicaoExpectativa,
-        ClasseArgila(valorAnalise(session, analise::kArgila)), session.Cultivo);
+        ClasseArgila(analiseSingle(session.Analise, analise::kArgila)), session.Cultivo);
     const int classeMO = d.posicao == hortalicas::Mandioca
-        ? classeMOMandioca(valorAnalise(session, analise::kClasseMO))
+        ? classeMOMandioca(analiseSingle(session.Analise, analise::kClasseMO))
         : classe(session.Analise, analise::kClasseMO);
     TextosNec& nec = r.nec;
 
