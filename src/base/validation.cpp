@@ -23,6 +23,9 @@ constexpr double kToneladasPorHectare = 1000;
 // The manual's highest needs are a few hundred kg/ha; 2000 leaves room for any adjustment a
 // technician may mean while keeping doses and costs of the plan within reason.
 constexpr double kNecessidade = 2000;
+// The heaviest dressings are liquid manures, some tens of cubic metres a hectare; 500 t/ha is
+// beyond any of them and keeps the quantities of the plan within reason.
+constexpr double kDoseFertilizante = 500000;
 // No one field of an analysis is larger, and the real has never come near a thousand a dollar.
 constexpr double kArea = 1000000;
 constexpr double kCotacao = 1000;
@@ -62,8 +65,9 @@ const Faixa& faixa(Grandeza grandeza)
         {0, kNecessidade, QStringLiteral("O P base"), kgha},
         {0, kNecessidade, QStringLiteral("O K base"), kgha},
         {0, kNecessidade, QStringLiteral("O N cob"), kgha},
+        {0, kDoseFertilizante, QStringLiteral("A quantidade da fórmula ou do adubo orgânico"), kgha},
     };
-    static_assert(std::size(faixas) == static_cast<std::size_t>(Grandeza::NecNCob) + 1);
+    static_assert(std::size(faixas) == static_cast<std::size_t>(Grandeza::DoseFertilizante) + 1);
     return faixas[static_cast<std::size_t>(grandeza)];
 }
 

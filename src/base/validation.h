@@ -34,6 +34,8 @@ enum class Grandeza {
     Expectativa, MassaSeca,
     // The need as the user adjusts it, in kg/ha.
     NecNBase, NecPBase, NecKBase, NecNCob,
+    // A dose of fertiliser the user states, in kg/ha.
+    DoseFertilizante,
 };
 
 struct Faixa {

@@ -295,7 +295,11 @@ DestinoFormula GravaFormula(Session& session, const EscolhaFormula& escolha)
     dados[b + kQuant] = quantidade;
     dados[b + kCustoTotal] = ProdutoVariant(quantidade, preco / 1000.0f);
     session.CustoBase = toNumber(dados[b + kCustoTotal]).value_or(0);
+    return ConcluiBase(session, 1, QStringLiteral("Fórmulas"));
+}
 
+DestinoFormula ConcluiBase(Session& session, std::int16_t planoNum, const QString& tipoPlano)
+{
     DestinoFormula destino;
     if (session.Grupo == grupo::Florestais) {
         destino.florestal = true;
@@ -314,8 +318,8 @@ DestinoFormula GravaFormula(Session& session, const EscolhaFormula& escolha)
         }
         return destino;
     }
-    session.PlanoNum = 1;
-    session.TipoPlano = QStringLiteral("Fórmulas");
+    session.PlanoNum = planoNum;
+    session.TipoPlano = tipoPlano;
     if (session.RefazPlano == 1) {
         destino.fechaParcelamento = true;
         session.RefazPlano = 0;
@@ -323,15 +327,23 @@ DestinoFormula GravaFormula(Session& session, const EscolhaFormula& escolha)
     return destino;
 }
 
+QList<QStringList> LinhasFlorest(const Session& session, const QString& primeiroTitulo, int blocos)
+{
+    QList<QStringList> linhas { { primeiroTitulo, QStringLiteral("Preço (R$/t)"), QStringLiteral("Dosagem (kg/ha)"),
+        QStringLiteral("Custo (R$/ha)"), QStringLiteral("Quantidade (kg)"), QStringLiteral("Custo total (R$)") } };
+    for (int bloco = 0; bloco < blocos; ++bloco) {
+        QStringList valores;
+        const int inicio = slot::kBase + bloco * slot::produto::kTamanho;
+        for (int s = inicio; s < inicio + slot::produto::kTamanho; ++s)
+            valores << variantNumberText(session.Dados.value(s));
+        linhas << valores;
+    }
+    return linhas;
+}
+
 QList<QStringList> LinhasFlorestFormula(const Session& session)
 {
-    QStringList valores;
-    for (int s = slot::kBase; s < slot::kBase + slot::produto::kTamanho; ++s)
-        valores << variantNumberText(session.Dados.value(s));
-    return { { QStringLiteral("Fórmula"), QStringLiteral("Preço (R$/t)"), QStringLiteral("Dosagem (kg/ha)"),
-                 QStringLiteral("Custo (R$/ha)"), QStringLiteral("Quantidade (kg)"),
-                 QStringLiteral("Custo total (R$)") },
-        valores };
+    return LinhasFlorest(session, QStringLiteral("Fórmula"), 1);
 }
 
 QVariant ProdutoVariant(const QVariant& a, const QVariant& b)

@@ -8,6 +8,7 @@
 #include <QVector>
 
 #include <array>
+#include <cstdint>
 #include <optional>
 
 namespace lavra {
@@ -142,12 +143,19 @@ struct DestinoFormula {
     bool fechaParcelamento = false; // the need changed: the split must load afresh
 };
 
-// Writes slots 12 to 17 and CustoBase. In the forest group the cost goes to the dressing of
-// EtapaFlorest as well; otherwise the plan becomes the one of formulas and a pending RefazPlano is
-// consumed here.
+// Writes slots 12 to 17 and CustoBase, then ConcluiBase with the plan of formulas.
 DestinoFormula GravaFormula(Session& session, const EscolhaFormula& escolha);
 
-// The two rows the forest plan shows for this dressing: the headings, then slots 12 to 17.
+// Where a base dressing, written to the slots and CustoBase, leads. In the forest group the cost
+// goes to the dressing of EtapaFlorest; otherwise the plan becomes this one and a pending
+// RefazPlano is consumed here.
+DestinoFormula ConcluiBase(Session& session, std::int16_t planoNum, const QString& tipoPlano);
+
+// The rows the forest plan shows for a dressing: the headings, the first of them given, then
+// each block of six slots from slot 12 on.
+QList<QStringList> LinhasFlorest(const Session& session, const QString& primeiroTitulo, int blocos);
+
+// The two rows of a formula: "Fórmula" and slots 12 to 17.
 QList<QStringList> LinhasFlorestFormula(const Session& session);
 
 // A product of two session values as the program's variants give it: the type follows the
