@@ -37,7 +37,7 @@ int linhaDaFonte(const TabelaFormulacao& tabela, const QString& nome)
     return achada;
 }
 
-float preco(const Fertilizante& f)
+float preco(const Insumo& f)
 {
     return toSingle(toNumber(f.preco).value_or(0));
 }
@@ -62,7 +62,7 @@ struct Fonte {
 
 // A source for what the product leaves of the need of its nutrient, with the N it brings. A
 // product that covers the need leaves nothing: the dose is 0, and so is what it brings.
-Fonte completa(const Fertilizante& f, float teor, float nec, float doProduto)
+Fonte completa(const Insumo& f, float teor, float nec, float doProduto)
 {
     Fonte fonte;
     fonte.dose = (nec - doProduto) / (teor / 100.0f);
@@ -109,12 +109,12 @@ std::optional<float> Num_Ponto_Virgula(const QString& texto)
     return toSingle(valor);
 }
 
-bool Fertilizante::organico() const
+bool Insumo::organico() const
 {
     return Num_Ponto_Virgula(eficN).has_value();
 }
 
-QString Fertilizante::nomeNaLista() const
+QString Insumo::nomeNaLista() const
 {
     return organico() ? especificacao : formula;
 }
@@ -127,7 +127,7 @@ TabelaFormulacao LeTabelaFormulacao(Store& db)
         tabela.colunas << rs.columnName(c);
     const auto teor = [&rs](int coluna) { return toSingle(toNumber(rs.value(coluna)).value_or(0)); };
     for (; !rs.atEnd(); rs.moveNext()) {
-        Fertilizante f;
+        Insumo f;
         f.formula = cellText(rs.value(0));
         f.especificacao = cellText(rs.value(1));
         f.teor = { teor(2), teor(3), teor(4) };
@@ -145,7 +145,7 @@ TabelaFormulacao LeTabelaFormulacao(Store& db)
 ListasFormulacao ListasDaTabela(const TabelaFormulacao& tabela)
 {
     ListasFormulacao listas;
-    for (const Fertilizante& f : tabela.linhas) {
+    for (const Insumo& f : tabela.linhas) {
         const NPKkg& t = f.teor;
         if (t.p > 0.0f && t.k > 0.0f)
             listas.produtos << f.nomeNaLista();
@@ -233,7 +233,7 @@ ResultadoFormulacao Calcula_Formulacao(const TabelaFormulacao& tabela, const Ent
                 QStringLiteral("cboFml"));
             return r;
         }
-        const Fertilizante& f = tabela.linhas[linha];
+        const Insumo& f = tabela.linhas[linha];
         const float ms = indice(f.ms, 100);
         doProduto.n = q * ms / 100.0f * f.teor.n / 100.0f * indice(f.eficN, 1);
         doProduto.p = q * ms / 100.0f * f.teor.p / 100.0f * indice(f.eficP, 1);
@@ -243,7 +243,7 @@ ResultadoFormulacao Calcula_Formulacao(const TabelaFormulacao& tabela, const Ent
 
     // A source is looked up by its name; a row of that name without the nutrient can't complete it.
     const auto fonte = [&](const Escolha& escolha, float NPKkg::*nutriente, const QString& nomeFonte,
-                           const QString& oxido, const char* lista) -> const Fertilizante* {
+                           const QString& oxido, const char* lista) -> const Insumo* {
         const int linha = linhaDaFonte(tabela, escolha.nome);
         if (linha < 0 || !(tabela.linhas[linha].teor.*nutriente > 0.0f)) {
             r.desfecho = Desfecho::aviso(semNutriente(nomeFonte, escolha.nome, oxido), QString::fromLatin1(lista));
@@ -254,14 +254,14 @@ ResultadoFormulacao Calcula_Formulacao(const TabelaFormulacao& tabela, const Ent
 
     Fonte p;
     if (e.fonteP.produto()) {
-        const Fertilizante* f = fonte(e.fonteP, &NPKkg::p, QStringLiteral("P"), QStringLiteral("P₂O₅"), "cboFtP");
+        const Insumo* f = fonte(e.fonteP, &NPKkg::p, QStringLiteral("P"), QStringLiteral("P₂O₅"), "cboFtP");
         if (!f)
             return r;
         p = completa(*f, f->teor.p, e.nec.p, doProduto.p);
     }
     Fonte k;
     if (e.fonteK.produto()) {
-        const Fertilizante* f = fonte(e.fonteK, &NPKkg::k, QStringLiteral("K"), QStringLiteral("K₂O"), "cboFtK");
+        const Insumo* f = fonte(e.fonteK, &NPKkg::k, QStringLiteral("K"), QStringLiteral("K₂O"), "cboFtK");
         if (!f)
             return r;
         k = completa(*f, f->teor.k, e.nec.k, doProduto.k);
@@ -271,7 +271,7 @@ ResultadoFormulacao Calcula_Formulacao(const TabelaFormulacao& tabela, const Ent
     float qN = 0;
     std::int64_t custoN = 0;
     if (e.fonteN.produto()) {
-        const Fertilizante* f = fonte(e.fonteN, &NPKkg::n, QStringLiteral("N"), QStringLiteral("N"), "cboFtN");
+        const Insumo* f = fonte(e.fonteN, &NPKkg::n, QStringLiteral("N"), QStringLiteral("N"), "cboFtN");
         if (!f)
             return r;
         if (restoN <= 0.0f)
@@ -324,7 +324,7 @@ DestinoFormula GravaFormulacao(Session& session, const TabelaFormulacao& tabela,
         if (nome != kNenhuma) {
             const int achada = r == res::kProduto ? linhaDoProduto(tabela, nome) : linhaDaFonte(tabela, nome);
             if (achada >= 0) {
-                const Fertilizante& f = tabela.linhas[achada];
+                const Insumo& f = tabela.linhas[achada];
                 // The product's price goes as the grid shows it; the sources' as numbers.
                 precoDaLinha = r == res::kProduto ? QVariant(cellText(f.preco)) : QVariant(preco(f));
             }

@@ -38,7 +38,7 @@ inline const QString kMsgImpossivel = QStringLiteral("Impossível calcular!");
 std::optional<float> Num_Ponto_Virgula(const QString& texto);
 
 // One row of NPK as the step uses it.
-struct Fertilizante {
+struct Insumo {
     QString formula;       // ordinal 0
     QString especificacao; // ordinal 1, the name the sources are listed by
     NPKkg teor;            // ordinals 2 to 4, in %
@@ -57,7 +57,7 @@ struct Fertilizante {
 
 struct TabelaFormulacao {
     QStringList colunas;
-    QVector<Fertilizante> linhas; // in the order of the table
+    QVector<Insumo> linhas; // in the order of the table
 };
 // Throws StoreError.
 TabelaFormulacao LeTabelaFormulacao(Store& db);

@@ -12,7 +12,7 @@ using namespace lavra;
 
 namespace {
 
-Fertilizante mineral(const QString& formula, const QString& nome, NPKkg teor, float preco)
+Insumo mineral(const QString& formula, const QString& nome, NPKkg teor, float preco)
 {
     return { formula, nome, teor, 0.0f, preco, QStringLiteral("---"), QStringLiteral("---"), QStringLiteral("---"),
         QStringLiteral("---") };

@@ -5,6 +5,7 @@
 #include "calc/crops.h"
 #include "calc/cropstep.h"
 #include "calc/ornamentals.h"
+#include "plan/formulation.h"
 #include "registers/analysis.h"
 #include "report/laudo.h"
 #include "report/ui/reportview.h"
@@ -160,9 +161,9 @@ private:
     }
 
     // The page of the report on screen, as text.
-    static QString laudo(UiHarness& h)
+    static QString laudo(UiHarness& h, const QString& janela = QStringLiteral("rptLdForml"))
     {
-        auto* report = qobject_cast<ui::JanelaLaudo*>(visible(h, QStringLiteral("rptLdForml")));
+        auto* report = qobject_cast<ui::JanelaLaudo*>(visible(h, janela));
         return report ? report::textoPagina(report->pagina()) : QString();
     }
 
@@ -173,6 +174,12 @@ private:
         click(npk, QStringLiteral("Opt_2"));
         click(npk, QStringLiteral("cmdCalcula"));
         click(npk, QStringLiteral("cmdProssegue"));
+        parcelamento(h, topdressing, date, showReport);
+    }
+
+    // From the split on: two parcels of urea or none, the date, the save.
+    static void parcelamento(UiHarness& h, bool topdressing, const QString& date, bool showReport)
+    {
         QWidget* split = visible(h, QStringLiteral("frmParcelaN"));
         if (topdressing) {
             gridRow(split, QStringLiteral("dtGrid"), 1, QStringLiteral("Ureia"));
@@ -189,10 +196,10 @@ private:
         click(final, QStringLiteral("cmdSalva"));
     }
 
-    static QStringList savedRow(UiHarness& h)
+    static QStringList savedRow(UiHarness& h, const QString& tabela = QStringLiteral("RecoForm"))
     {
         Store db(h.databasePath());
-        db.AbreTabela(QStringLiteral("SELECT * FROM RecoForm;"));
+        db.AbreTabela(QStringLiteral("SELECT * FROM %1;").arg(tabela));
         db.rs.moveLast();
         QStringList cells;
         for (int c = 0; c < db.rs.columnCount(); ++c)
@@ -478,6 +485,75 @@ private Q_SLOTS:
         const QString pagina = laudo(h);
         QVERIFY(pagina.contains(QStringLiteral("Capim-limão")));
         QVERIFY(pagina.contains(kObsAjuste));
+    }
+
+    void medicinalPlantsFromRawMaterials()
+    {
+        UiHarness h;
+        cadastraAnalise(h);
+        cadastraEmpresa(h);
+        QWidget* medic = ateCultura(h, 5, QStringLiteral("Capim-limão"), QStringLiteral("frmCondMedic"));
+        choose(medic, QStringLiteral("lstCulturas"), 3);
+        click(medic, QStringLiteral("cmdCalc"));
+        click(medic, QStringLiteral("cmdProssegue"));
+        QWidget* npk = visible(h, QStringLiteral("frmNPK"));
+        click(npk, QStringLiteral("cmdFormular"));
+        QWidget* form = visible(h, QStringLiteral("frmFormulação"));
+        QVERIFY(!npk->isVisible());
+        QCOMPARE(find<QLabel>(form, QStringLiteral("lblNecess"))->text(),
+            QStringLiteral("A Necessidade NPK na Base é de: 29,7 _ 80 _ 50 kg"));
+
+        // Pressed before any choice: refused, and nothing to go on with.
+        h.clearBoxes();
+        click(form, QStringLiteral("cmdCalcula"));
+        click(form, QStringLiteral("cmdProssegue"));
+        QCOMPARE(h.texts(), QStringList({ kMsgEscolhaTodas, kMsgSemCalculo }));
+
+        combo(form, QStringLiteral("cboFml"), QStringLiteral("Cama frango 3-4 lt"));
+        type(form, QStringLiteral("txtkgF2"), QStringLiteral("1000"));
+        combo(form, QStringLiteral("cboFtN"), QStringLiteral("Ureia"));
+        combo(form, QStringLiteral("cboFtP"), QStringLiteral("Fosfato monoamônico"));
+        combo(form, QStringLiteral("cboFtK"), QStringLiteral("Cloreto de potássio"));
+        click(form, QStringLiteral("cmdCalcula"));
+        auto* grid = find<QTableWidget>(form, QStringLiteral("flxgResult"));
+        QStringList shown;
+        for (int r = 0; r < grid->rowCount(); ++r) {
+            QStringList cells;
+            for (int c = 0; c < grid->columnCount(); ++c)
+                cells << grid->item(r, c)->text();
+            shown << cells.join(QLatin1Char('/'));
+        }
+        qInfo().noquote() << "Lemongrass formulation:" << shown.join(QStringLiteral(" | "));
+        // Litter: 1000 kg x 75 % dry matter; N 3.2 % x 0.5, P 3.5 % x 0.8, K 2.5 % x 1.
+        QCOMPARE(shown,
+            QStringList({ "Cama frango 3-4 lt/1000/12/21/19/275", "Ureia/12/5/0/0/41",
+                "Fosfato monoamônico/113/12/59/0/571", "Cloreto de potássio/52/0/0/31/155",
+                "Totais/1177/30/80/50/1042" }));
+
+        // Within 10 kg/ha of the need: no question. The split goes back here, as the plan says.
+        click(form, QStringLiteral("cmdProssegue"));
+        click(visible(h, QStringLiteral("frmParcelaN")), QStringLiteral("cmdRetorna"));
+        QCOMPARE(visible(h, QStringLiteral("frmFormulação")), form);
+        click(form, QStringLiteral("cmdProssegue"));
+        parcelamento(h, true, QStringLiteral("21/10/2026"), true);
+
+        const QStringList row = savedRow(h, QStringLiteral("RecoFormulac"));
+        qInfo().noquote() << "Lemongrass recommendation from raw materials:" << row.join(QStringLiteral(" | "));
+        QCOMPARE(row.size(), 62);
+        QCOMPARE(row.mid(13, 24),
+            QStringList({ "MistFonte=Cama frango 3-4 lt", "MistPreco=275", "MistDose=1000", "MistCusto=275",
+                "MistQuant=10000", "MistCustoTotal=2750", "FontNFonte=Ureia", "FontNPreco=3547,5", "FontNDose=12",
+                "FontNCusto=41", "FontNQuant=120", "FontNCustoTotal=410", "FontPFonte=Fosfato monoamônico",
+                "FontPPreco=5032,5", "FontPDose=113", "FontPCusto=571", "FontPQuant=1130", "FontPCustoTotal=5710",
+                "FontKFonte=Cloreto de potássio", "FontKPreco=2970", "FontKDose=52", "FontKCusto=155",
+                "FontKQuant=520", "FontKCustoTotal=1550" }));
+        QCOMPARE(row[37], QStringLiteral("CobFonte=Ureia"));
+        const Session& s = h.session();
+        QCOMPARE(s.CustoBase, 10420.0);
+        QCOMPARE(row[59], QStringLiteral("CustoTotal=") + numberText(parseNumber(FormataNumero(s.CustoBase + s.CustoCalcario + s.CustoN, 2)).value()));
+        const QString pagina = laudo(h, QStringLiteral("rptLdFormlacao"));
+        QVERIFY(pagina.contains(QStringLiteral("Fosfato monoamônico")));
+        QVERIFY(pagina.contains(QStringLiteral("Recomendações calculadas usando matérias-prima")));
     }
 };
 

@@ -63,6 +63,7 @@ void Aplicacao::registraJanelas()
     m_windows.registerWindow(janela::kCana, with(criaFrmCana));
     m_windows.registerWindow(janela::kAjusta, with(criaFrmAjusta), Modo::Modal);
     m_windows.registerWindow(janela::kNPK, with(criaFrmNPK));
+    m_windows.registerWindow(janela::kFormulacao, with(criaFrmFormulacao));
     m_windows.registerWindow(janela::kParcelaN, with(criaFrmParcelaN));
     m_windows.registerWindow(janela::kFinalCalculo, with(criaFrmFinalCalculo));
     m_windows.registerWindow(QStringLiteral("rptLdForml"), with(criaRptLdForml));

@@ -350,26 +350,12 @@ void FrmNPK::formular()
 
 void FrmNPK::retornar()
 {
-    // The forest plan stays open under this step; closing is the way back to it.
-    if (m_daFloresta) {
-        FechaJanela(m_session, m_windows, kNome);
-        return;
-    }
-    const GrupoCultura* grupo = grupoCultura(m_session.NomeGrupo);
-    if (!grupo) {
-        informacao(this, kMsgIndisponivel);
-        return;
-    }
-    if (mostraJanela(this, m_windows, grupo->janela))
-        hide();
+    retornaDaBase(this, m_session, m_windows, kNome);
 }
 
 void FrmNPK::cancelar()
 {
-    if (m_daFloresta)
-        FechaJanela(m_session, m_windows, kNome);
-    else
-        FechaJanelas(m_session, m_windows, true);
+    cancelaDaBase(m_session, m_windows, kNome);
 }
 
 QWidget* criaFrmNPK(Session& session, WindowRegistry& windows)

@@ -1,7 +1,10 @@
 #include "planstep.h"
 
+#include "app/navigation.h"
+#include "app/session.h"
 #include "app/ui/messages.h"
 #include "app/ui/windowregistry.h"
+#include "calc/cropgroups.h"
 
 namespace lavra::ui {
 
@@ -11,6 +14,29 @@ QWidget* mostraJanela(QWidget* parent, WindowRegistry& windows, const QString& n
     if (!janela)
         informacao(parent, kMsgIndisponivel);
     return janela;
+}
+
+void retornaDaBase(QWidget* passo, Session& session, WindowRegistry& windows, const QString& nome)
+{
+    if (session.Grupo == grupo::Florestais) {
+        FechaJanela(session, windows, nome);
+        return;
+    }
+    const GrupoCultura* grupo = grupoCultura(session.NomeGrupo);
+    if (!grupo) {
+        informacao(passo, kMsgIndisponivel);
+        return;
+    }
+    if (mostraJanela(passo, windows, grupo->janela))
+        passo->hide();
+}
+
+void cancelaDaBase(Session& session, WindowRegistry& windows, const QString& nome)
+{
+    if (session.Grupo == grupo::Florestais)
+        FechaJanela(session, windows, nome);
+    else
+        FechaJanelas(session, windows, true);
 }
 
 } // namespace lavra::ui

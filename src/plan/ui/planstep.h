@@ -4,6 +4,10 @@
 
 class QWidget;
 
+namespace lavra {
+struct Session;
+}
+
 namespace lavra::ui {
 
 class WindowRegistry;
@@ -13,5 +17,12 @@ inline const QString kMsgIndisponivel = QStringLiteral("Esta parte do programa a
 // Shows a window of the chain by name; when the program has no such window yet, says so and
 // returns null, so that the caller stays where it is.
 QWidget* mostraJanela(QWidget* parent, WindowRegistry& windows, const QString& nome);
+
+// "<< Retornar" of a base dressing step: back to the crop window of NomeGrupo. Opened by the
+// forest plan, which stays open below it, the step closes instead.
+void retornaDaBase(QWidget* passo, Session& session, WindowRegistry& windows, const QString& nome);
+// "Cancelar" of a base dressing step, which is "Fechar" for the forest plan and closes this
+// step alone.
+void cancelaDaBase(Session& session, WindowRegistry& windows, const QString& nome);
 
 } // namespace lavra::ui

@@ -4,8 +4,10 @@
 
 namespace lavra::ui {
 
-// The plan steps: commercial formulas, the nitrogen split and the final step that saves.
+// The plan steps: commercial formulas, the formulation from raw materials, the nitrogen split
+// and the final step that saves.
 QWidget* criaFrmNPK(Session& session, WindowRegistry& windows);
+QWidget* criaFrmFormulacao(Session& session, WindowRegistry& windows);
 QWidget* criaFrmParcelaN(Session& session, WindowRegistry& windows);
 QWidget* criaFrmFinalCalculo(Session& session, WindowRegistry& windows);
 
