@@ -29,6 +29,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <array>
 
 namespace lavra::ui {
@@ -206,14 +207,19 @@ private:
         for (const QString& texto : cabecalhoResultado())
             cabecalhos << texto;
         m_flxgResult->setHorizontalHeaderLabels(cabecalhos);
-        for (int coluna = 0; coluna < res::kColunas; ++coluna)
-            m_flxgResult->setColumnWidth(coluna, twips(this, 1500));
+        // No heading may be cut: a column is as wide as its heading asks, and never narrower.
+        int largura = 0;
+        for (int coluna = 0; coluna < res::kColunas; ++coluna) {
+            const int larguraColuna = std::max(twips(this, 1500), m_flxgResult->horizontalHeader()->sectionSizeHint(coluna));
+            m_flxgResult->setColumnWidth(coluna, larguraColuna);
+            largura += larguraColuna;
+        }
         m_flxgResult->horizontalHeader()->setSectionResizeMode(res::kFonte, QHeaderView::Stretch);
         m_flxgResult->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         m_flxgResult->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         m_flxgResult->setFixedHeight(m_flxgResult->horizontalHeader()->sizeHint().height()
             + res::kLinhas * m_flxgResult->verticalHeader()->defaultSectionSize() + 2 * m_flxgResult->frameWidth());
-        m_flxgResult->setMinimumWidth(res::kColunas * twips(this, 1500) + 8);
+        m_flxgResult->setMinimumWidth(largura + 2 * m_flxgResult->frameWidth());
         layout->addWidget(m_flxgResult);
         mostraResultado({});
         return quadro;
