@@ -78,6 +78,11 @@ QString textoEscolhido(const QListWidget* lista)
     return itens.isEmpty() ? QString() : itens.first()->text();
 }
 
+int twips(const QWidget* widget, int valor)
+{
+    return valor * widget->logicalDpiX() / 1440;
+}
+
 QLabel* rotulo(const QString& texto, QWidget* campo, QWidget* pai, const QString& nome)
 {
     auto* label = new QLabel(texto, pai);

@@ -32,6 +32,9 @@ QString textoEscolhido(const QListWidget* lista);
 // Qt would otherwise let Enter do nothing.
 void enterAcionaPadrao(QWidget* janela);
 
+// A length given in twips, in the widget's pixels.
+int twips(const QWidget* widget, int valor);
+
 // A caption whose mnemonic takes the focus to its field.
 QLabel* rotulo(const QString& texto, QWidget* campo, QWidget* pai, const QString& nome = {});
 

@@ -1,5 +1,3 @@
-#include "app/events.h"
-#include "app/navigation.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/chainwindow.h"
@@ -47,11 +45,6 @@ inline constexpr int kPK = 6;
 inline constexpr int kPreco = 7;
 inline constexpr int kColunas = 12;
 } // namespace tab
-
-int twips(const QWidget* widget, int valor)
-{
-    return valor * widget->logicalDpiX() / 1440;
-}
 
 QString textoNecessidade(const NPKkg& nec)
 {
@@ -314,19 +307,8 @@ private:
     {
         if (const Parada recusa = VerificaFormulacao(m_grade, m_nec); recusa && !ui::mostra(this, *recusa))
             return;
-        const DestinoFormula destino = GravaFormulacao(m_session, m_tabela, m_grade);
-        if (destino.florestal) {
-            if (m_windows.isRegistered(janela::kNPKFlorest))
-                emit m_session.eventos.etapaPreenchida(m_session.EtapaFlorest, LinhasFlorestFormulacao(m_session));
-            else
-                informacao(this, kMsgIndisponivel);
-            FechaJanela(m_session, m_windows, kNome);
-            return;
-        }
-        if (destino.fechaParcelamento)
-            FechaJanela(m_session, m_windows, janela::kParcelaN);
-        if (mostraJanela(this, m_windows, janela::kParcelaN))
-            hide();
+        segueDaBase(this, m_session, m_windows, kNome, GravaFormulacao(m_session, m_tabela, m_grade),
+            [this]() { return LinhasFlorestFormulacao(m_session); });
     }
 
     NPKkg m_nec;

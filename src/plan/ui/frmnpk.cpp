@@ -1,7 +1,5 @@
 #include "frmnpk.h"
 
-#include "app/events.h"
-#include "app/navigation.h"
 #include "app/session.h"
 #include "app/ui/buttons.h"
 #include "app/ui/desktop.h"
@@ -35,11 +33,6 @@ namespace lavra::ui {
 namespace {
 
 const QString kNome = janela::kNPK;
-
-int twips(const QWidget* widget, int valor)
-{
-    return valor * widget->logicalDpiX() / 1440;
-}
 
 // Results of the calculation: the user reads them, the step alone writes them.
 QLineEdit* caixaResultado(QWidget* parent, const QString& nome)
@@ -325,21 +318,9 @@ void FrmNPK::prosseguir()
         return;
 
     const LinhaFlx linha = linhaSelecionada();
-    const DestinoFormula destino
-        = GravaFormula(m_session, { linha[flx::kFormula], linha[flx::kPreco], m_txtFormula->text() });
-
-    if (destino.florestal) {
-        if (m_windows.isRegistered(janela::kNPKFlorest))
-            emit m_session.eventos.etapaPreenchida(m_session.EtapaFlorest, LinhasFlorestFormula(m_session));
-        else
-            informacao(this, kMsgIndisponivel);
-        FechaJanela(m_session, m_windows, kNome);
-        return;
-    }
-    if (destino.fechaParcelamento)
-        FechaJanela(m_session, m_windows, janela::kParcelaN);
-    if (mostraJanela(this, m_windows, janela::kParcelaN))
-        hide();
+    segueDaBase(this, m_session, m_windows, kNome,
+        GravaFormula(m_session, { linha[flx::kFormula], linha[flx::kPreco], m_txtFormula->text() }),
+        [this]() { return LinhasFlorestFormula(m_session); });
 }
 
 void FrmNPK::formular()

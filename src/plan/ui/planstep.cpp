@@ -1,10 +1,12 @@
 #include "planstep.h"
 
 #include "app/navigation.h"
+#include "app/windownames.h"
 #include "app/session.h"
 #include "app/ui/messages.h"
 #include "app/ui/windowregistry.h"
 #include "calc/cropgroups.h"
+#include "plan/formulas.h"
 
 namespace lavra::ui {
 
@@ -37,6 +39,23 @@ void cancelaDaBase(Session& session, WindowRegistry& windows, const QString& nom
         FechaJanela(session, windows, nome);
     else
         FechaJanelas(session, windows, true);
+}
+
+void segueDaBase(QWidget* passo, Session& session, WindowRegistry& windows, const QString& nome,
+    const DestinoFormula& destino, const std::function<QList<QStringList>()>& linhasFlorest)
+{
+    if (destino.florestal) {
+        if (windows.isRegistered(janela::kNPKFlorest))
+            emit session.eventos.etapaPreenchida(session.EtapaFlorest, linhasFlorest());
+        else
+            informacao(passo, kMsgIndisponivel);
+        FechaJanela(session, windows, nome);
+        return;
+    }
+    if (destino.fechaParcelamento)
+        FechaJanela(session, windows, janela::kParcelaN);
+    if (mostraJanela(passo, windows, janela::kParcelaN))
+        passo->hide();
 }
 
 } // namespace lavra::ui

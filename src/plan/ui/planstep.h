@@ -1,11 +1,16 @@
 #pragma once
 
+#include <QList>
 #include <QString>
+#include <QStringList>
+
+#include <functional>
 
 class QWidget;
 
 namespace lavra {
 struct Session;
+struct DestinoFormula;
 }
 
 namespace lavra::ui {
@@ -24,5 +29,10 @@ void retornaDaBase(QWidget* passo, Session& session, WindowRegistry& windows, co
 // "Cancelar" of a base dressing step, which is "Fechar" for the forest plan and closes this
 // step alone.
 void cancelaDaBase(Session& session, WindowRegistry& windows, const QString& nome);
+
+// Where a base dressing leads once written: the forest plan gets the rows of its grid and this
+// step closes; otherwise the split, afresh when the need changed.
+void segueDaBase(QWidget* passo, Session& session, WindowRegistry& windows, const QString& nome,
+    const DestinoFormula& destino, const std::function<QList<QStringList>()>& linhasFlorest);
 
 } // namespace lavra::ui
