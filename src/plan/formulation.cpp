@@ -185,7 +185,7 @@ ResultadoFormulacao Calcula_Formulacao(const TabelaFormulacao& tabela, const Ent
 {
     using Estado = Escolha::Estado;
     ResultadoFormulacao r;
-    r.quantidade = e.quantidade;
+    r.quantidade = e.quantidade.trimmed();
     const std::initializer_list<std::pair<const Escolha*, const char*>> listas
         = { { &e.produto, "cboFml" }, { &e.fonteN, "cboFtN" }, { &e.fonteP, "cboFtP" }, { &e.fonteK, "cboFtK" } };
     const auto primeiraEm = [&](Estado estado, bool comProduto) -> const char* {
@@ -208,7 +208,7 @@ ResultadoFormulacao Calcula_Formulacao(const TabelaFormulacao& tabela, const Ent
         return r;
     }
     const QString campoQuantidade = QStringLiteral("txtkgF2");
-    if (e.produto.produto() && r.quantidade.trimmed().isEmpty()) {
+    if (e.produto.produto() && r.quantidade.isEmpty()) {
         r.desfecho = Desfecho::aviso(kMsgInformeQuantidade, campoQuantidade);
         return r;
     }
@@ -222,11 +222,11 @@ ResultadoFormulacao Calcula_Formulacao(const TabelaFormulacao& tabela, const Ent
     NPKkg doProduto;
     std::int64_t custoProduto = 0;
     if (e.produto.produto()) {
-        if (const std::optional<QString> recusa = RecusaNumero(r.quantidade.trimmed(), Grandeza::DoseFertilizante)) {
+        if (const std::optional<QString> recusa = RecusaNumero(r.quantidade, Grandeza::DoseFertilizante)) {
             r.desfecho = Desfecho::aviso(*recusa, campoQuantidade);
             return r;
         }
-        q = toSingle(*parseNumber(r.quantidade.trimmed()));
+        q = toSingle(*parseNumber(r.quantidade));
         const int linha = linhaDoProduto(tabela, e.produto.nome);
         if (linha < 0) {
             r.desfecho = Desfecho::aviso(QStringLiteral("O fertilizante \"%1\" não está mais cadastrado.").arg(e.produto.nome),

@@ -168,9 +168,10 @@ TEST(FormulationTest, WholeNumbersRoundHalfToEvenButTheTypedQuantity)
         EXPECT_EQ(r.grade[0][2], QStringLiteral("11"));
         EXPECT_EQ(r.grade[0][5], QStringLiteral("106"));
         EXPECT_EQ(r.grade[res::kTotais][res::kAplicar], comma ? QStringLiteral("106,5") : QStringLiteral("106.5"));
-        // 10.5 and 11.5 kg: halves go to the even neighbour.
+        // 10.5 and 11.5 kg: halves go to the even neighbour. No source at all: the product alone.
         r = Calcula_Formulacao(tabela(), entrada({ 0, 0, 0 }, "10-10-10", "105", kNenhuma, kNenhuma, kNenhuma));
         EXPECT_EQ(r.grade[0][2], QStringLiteral("10"));
+        EXPECT_EQ(linhas(r.grade)[4], (std::vector<QString> { "Totais", "105", "10", "10", "10", "105" }));
         r = Calcula_Formulacao(tabela(), entrada({ 0, 0, 0 }, "10-10-10", "115", kNenhuma, kNenhuma, kNenhuma));
         EXPECT_EQ(r.grade[0][2], QStringLiteral("12"));
     }
