@@ -65,6 +65,7 @@ const Faixa& faixa(Grandeza grandeza)
         {0, kNecessidade, QStringLiteral("O P base"), kgha},
         {0, kNecessidade, QStringLiteral("O K base"), kgha},
         {0, kNecessidade, QStringLiteral("O N cob"), kgha},
+        {0, kNecessidade, QStringLiteral("A necessidade"), kgha},
         {0, kDoseFertilizante, QStringLiteral("A quantidade da fórmula ou do adubo orgânico"), kgha},
     };
     static_assert(std::size(faixas) == static_cast<std::size_t>(Grandeza::DoseFertilizante) + 1);

@@ -34,6 +34,8 @@ enum class Grandeza {
     Expectativa, MassaSeca,
     // The need as the user adjusts it, in kg/ha.
     NecNBase, NecPBase, NecKBase, NecNCob,
+    // Any of the nine figures of a forest plan.
+    NecFlorestal,
     // A dose of fertiliser the user states, in kg/ha.
     DoseFertilizante,
 };

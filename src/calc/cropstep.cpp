@@ -46,9 +46,18 @@ void NecessidadeRecalculada(Session& session, bool mantemObsAjuste)
 
 void CopiaParaNec(Session& session, const TextosNec& nec)
 {
-    for (std::size_t i = 0; i < nec.size(); ++i) {
-        const auto numero = parseNumber(nec[i]);
-        session.Nec[i] = numero ? QVariant(toSingle(*numero)) : QVariant(nec[i]);
+    copiaNecessidade(session.Nec, nec);
+}
+
+void RegistraCultura(Session& session, WindowHost& janelas, const QString& nomeCultura,
+    std::optional<float> expectativa)
+{
+    session.Dados[slot::kCultura] = nomeCultura;
+    if (expectativa)
+        session.Dados[slot::kExpectativa] = QVariant(*expectativa);
+    if (session.RefazPlano == 1) {
+        FechaPlano(session, janelas);
+        session.RefazPlano = 0;
     }
 }
 
@@ -57,22 +66,12 @@ Parada ProssegueCultura(Session& session, WindowHost& janelas, const QString& no
 {
     if (nec[0].isEmpty())
         return Desfecho::aviso(kMsgNaoCalculada);
-    std::array<float, 4> valores {};
-    for (std::size_t i = 0; i < nec.size(); ++i) {
-        const auto numero = parseNumber(nec[i]);
-        if (!numero)
-            return Desfecho::critico(kMsgResultadoIncompleto);
-        valores[i] = toSingle(*numero);
-    }
-    session.Dados[slot::kCultura] = nomeCultura;
-    if (expectativa)
-        session.Dados[slot::kExpectativa] = QVariant(*expectativa);
-    for (std::size_t i = 0; i < valores.size(); ++i)
-        session.Nec[i] = QVariant(valores[i]);
-    if (session.RefazPlano == 1) {
-        FechaPlano(session, janelas);
-        session.RefazPlano = 0;
-    }
+    const auto valores = necNumerica(nec);
+    if (!valores)
+        return Desfecho::critico(kMsgResultadoIncompleto);
+    for (std::size_t i = 0; i < valores->size(); ++i)
+        session.Nec[i] = QVariant((*valores)[i]);
+    RegistraCultura(session, janelas, nomeCultura, expectativa);
     return std::nullopt;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/numbers.h"
 #include "base/outcome.h"
 #include "calc/crops.h"
 
@@ -46,9 +47,39 @@ QString janelaDoPlano(const QString& tipoPlano);
 // the grain one also drops the note of an earlier adjustment.
 void NecessidadeRecalculada(Session& session, bool mantemObsAjuste);
 
+// The boxes of a need where the adjustment reads them: numbers as 32-bit floats, anything else
+// as its text, so that the adjustment shows them as they stand.
+template <std::size_t N>
+void copiaNecessidade(std::array<QVariant, N>& destino, const std::array<QString, N>& nec)
+{
+    for (std::size_t i = 0; i < N; ++i) {
+        const auto numero = parseNumber(nec[i]);
+        destino[i] = numero ? QVariant(toSingle(*numero)) : QVariant(nec[i]);
+    }
+}
+
 // cmdAjusta: the boxes go to Nec, numbers as 32-bit floats and anything else as its text, so
 // that frmAjusta shows them as they stand.
 void CopiaParaNec(Session& session, const TextosNec& nec);
+
+// The boxes of a need as 32-bit floats; nothing when one of them is no number.
+template <std::size_t N>
+std::optional<std::array<float, N>> necNumerica(const std::array<QString, N>& nec)
+{
+    std::array<float, N> valores {};
+    for (std::size_t i = 0; i < N; ++i) {
+        const auto numero = parseNumber(nec[i]);
+        if (!numero)
+            return std::nullopt;
+        valores[i] = toSingle(*numero);
+    }
+    return valores;
+}
+
+// What every crop window writes as it goes on: Dados(1) = nomeCultura, Dados(4) = expectativa
+// where the crop has one, and FechaPlano if the need was recalculated since the plan was opened.
+void RegistraCultura(Session& session, WindowHost& janelas, const QString& nomeCultura,
+    std::optional<float> expectativa);
 
 // The common part of cmdProssegue: refuses a need that was not calculated or that holds a box
 // without a number, writing nothing; otherwise Dados(1) = nomeCultura, Dados(4) = expectativa

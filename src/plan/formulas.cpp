@@ -6,6 +6,7 @@
 #include "base/numbers.h"
 #include "base/validation.h"
 #include "calc/cropgroups.h"
+#include "plan/forest.h"
 #include "store/cursormodel.h"
 #include "store/query.h"
 #include "store/store.h"
@@ -303,19 +304,7 @@ DestinoFormula ConcluiBase(Session& session, std::int16_t planoNum, const QStrin
     DestinoFormula destino;
     if (session.Grupo == grupo::Florestais) {
         destino.florestal = true;
-        switch (session.EtapaFlorest) {
-        case 1:
-            session.CustoEtapa1 = session.CustoBase;
-            break;
-        case 2:
-            session.CustoEtapa2 = session.CustoBase;
-            break;
-        case 3:
-            session.CustoEtapa3 = session.CustoBase;
-            break;
-        default:
-            break;
-        }
+        DefineCustoEtapa(session, session.EtapaFlorest, session.CustoBase);
         return destino;
     }
     session.PlanoNum = planoNum;
@@ -329,8 +318,7 @@ DestinoFormula ConcluiBase(Session& session, std::int16_t planoNum, const QStrin
 
 QList<QStringList> LinhasFlorest(const Session& session, const QString& primeiroTitulo, int blocos)
 {
-    QList<QStringList> linhas { { primeiroTitulo, QStringLiteral("Preço (R$/t)"), QStringLiteral("Dosagem (kg/ha)"),
-        QStringLiteral("Custo (R$/ha)"), QStringLiteral("Quantidade (kg)"), QStringLiteral("Custo total (R$)") } };
+    QList<QStringList> linhas { CabecalhoFlorestal(primeiroTitulo) };
     for (int bloco = 0; bloco < blocos; ++bloco) {
         QStringList valores;
         const int inicio = slot::kBase + bloco * slot::produto::kTamanho;

@@ -5,25 +5,13 @@
 #include "app/slots.h"
 #include "app/windownames.h"
 #include "base/numbers.h"
+#include "calc/cropstep.h"
 #include "formulas.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace lavra {
-
-namespace {
-
-// The default text of a double, as the program always showed one: fifteen significant digits,
-// so that 0.45 x 202 reads 90.9 and not 90.90000000000001.
-QString textoPadrao(double valor)
-{
-    QString texto = QString::number(valor, 'g', 15);
-    texto.replace(QLatin1Char('.'), decimalSymbol());
-    return texto;
-}
-
-} // namespace
 
 QString ConsultaFontes(bool todas)
 {
@@ -83,7 +71,7 @@ QString DoseParcela(const QString& porcentagem, const QString& txtFnt)
     const std::optional<double> fonte = parseNumber(txtFnt);
     if (porcentagem.isEmpty() || !fonte)
         return {};
-    return textoPadrao(PercentualDe(porcentagem) / 100.0 * *fonte);
+    return textoNumero(PercentualDe(porcentagem) / 100.0 * *fonte);
 }
 
 Parada Verifica(int n, const Parcelas& parcelas)
