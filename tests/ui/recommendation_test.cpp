@@ -16,6 +16,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QListWidget>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QTableView>
 #include <QTableWidget>
@@ -190,6 +191,35 @@ private:
             type(split, QStringLiteral("txtEpoca_1"), QStringLiteral("V8"));
         }
         click(split, QStringLiteral("cmdProssegue"));
+        salva(h, date, showReport);
+    }
+
+    // The nine boxes of a forest need, or of its adjustment.
+    static QStringList nove(QWidget* w, const QString& prefixo = QStringLiteral("txtNec_"))
+    {
+        QStringList texts;
+        for (int i = 0; i < 9; ++i)
+            texts << find<QLineEdit>(w, prefixo + QString::number(i))->text();
+        return texts;
+    }
+
+    // A grid of the forest plan, a row per line, cells joined with "#" as they are saved.
+    static QStringList gradeFlorestal(QWidget* plano, int etapa)
+    {
+        auto* grid = find<QTableWidget>(plano, QStringLiteral("flxG%1").arg(etapa));
+        QStringList rows;
+        for (int r = 0; r < grid->rowCount(); ++r) {
+            QStringList cells;
+            for (int c = 0; c < grid->columnCount(); ++c)
+                cells << grid->item(r, c)->text();
+            rows << cells.join(QLatin1Char('#'));
+        }
+        return rows;
+    }
+
+    // The date and the save of the final step.
+    static void salva(UiHarness& h, const QString& date, bool showReport)
+    {
         QWidget* final = visible(h, QStringLiteral("frmFinalCalculo"));
         type(final, QStringLiteral("MaskEdBox1"), date);
         h.answers << (showReport ? QMessageBox::Yes : QMessageBox::No);
@@ -554,6 +584,144 @@ private Q_SLOTS:
         const QString pagina = laudo(h, QStringLiteral("rptLdFormlacao"));
         QVERIFY(pagina.contains(QStringLiteral("Fosfato monoamônico")));
         QVERIFY(pagina.contains(QStringLiteral("Recomendações calculadas usando matérias-prima")));
+    }
+
+    // Eucalyptus: a formula at planting, a mixture in topdressing, nothing at replacement.
+    void forestPlanOfThreeDressings()
+    {
+        UiHarness h;
+        cadastraAnalise(h);
+        cadastraEmpresa(h);
+        QWidget* flo = ateCultura(h, 3, QStringLiteral("Eucalipto"), QStringLiteral("frmFlorest"));
+        choose(flo, QStringLiteral("lstCulturas"), 4);
+        QCOMPARE(find<QLineEdit>(flo, QStringLiteral("txtExpect"))->text(), QStringLiteral("Não requer"));
+        click(flo, QStringLiteral("cmdCalc"));
+        // Organic matter class 3, P class 3, K class 4.
+        QCOMPARE(nove(flo), QStringList({ "15", "60", "15", "30", "0", "20", "20", "30", "20" }));
+        click(flo, QStringLiteral("cmdProssegue"));
+
+        QWidget* plano = visible(h, QStringLiteral("frmNPKFlorest"));
+        QCOMPARE(nove(plano), nove(flo));
+        QCOMPARE(find<QPushButton>(plano, QStringLiteral("cmd4"))->text(), QStringLiteral("Formulação"));
+        click(plano, QStringLiteral("cmd1"));
+        QWidget* npk = visible(h, QStringLiteral("frmNPK"));
+        QVERIFY(!find<QPushButton>(npk, QStringLiteral("cmdFormular"))->isEnabled());
+        QCOMPARE(find<QPushButton>(npk, QStringLiteral("cmdCancel"))->text(), QStringLiteral("Fechar"));
+        // The P/K order puts the poultry litter first; the formula is the third row.
+        QCOMPARE(find<QTableWidget>(npk, QStringLiteral("flxNPK"))->item(2, 1)->text(), QStringLiteral("4-30-10"));
+        selectRow(npk, QStringLiteral("flxNPK"), 2);
+        click(npk, QStringLiteral("Opt_2"));
+        click(npk, QStringLiteral("cmdCalcula"));
+        click(npk, QStringLiteral("cmdProssegue"));
+        QVERIFY(!h.windows().window(QStringLiteral("frmNPK")));
+        const QString cabecalho = QStringLiteral(
+            "#Preço (R$/t)#Dosagem (kg/ha)#Custo (R$/ha)#Quantidade (kg)#Custo total (R$)");
+        // 4-30-10 by equal differences: 75 / 0,4 = 187,5 kg/ha, rounded to even.
+        QCOMPARE(gradeFlorestal(plano, 1),
+            QStringList({ "Fórmula" + cabecalho, "4-30-10#3547,5#188#666,93#1880#6669,3" }));
+
+        click(plano, QStringLiteral("cmd4"));
+        QWidget* form = visible(h, QStringLiteral("frmFormulação"));
+        QCOMPARE(find<QLabel>(form, QStringLiteral("lblNecess"))->text(),
+            QStringLiteral("A Necessidade NPK na Base é de: 30 _ 0 _ 20 kg"));
+        combo(form, QStringLiteral("cboFml"), QStringLiteral("20-5-20"));
+        type(form, QStringLiteral("txtkgF2"), QStringLiteral("100"));
+        combo(form, QStringLiteral("cboFtN"), QStringLiteral("Ureia"));
+        combo(form, QStringLiteral("cboFtP"), QStringLiteral("Nenhuma"));
+        combo(form, QStringLiteral("cboFtK"), QStringLiteral("Nenhuma"));
+        click(form, QStringLiteral("cmdCalcula"));
+        click(form, QStringLiteral("cmdProssegue"));
+        QVERIFY(!h.windows().window(QStringLiteral("frmFormulação")));
+        // The urea covers the 10 kg of N the formula leaves: 22,2 kg/ha.
+        QCOMPARE(gradeFlorestal(plano, 2),
+            QStringList({ "Fontes" + cabecalho, "20-5-20#3300#100#330#1000#3300", "Ureia#3547,5#22#79#220#790",
+                "Nenhuma#0#0#0#0#0", "Nenhuma#0#0#0#0#0" }));
+        QCOMPARE(gradeFlorestal(plano, 3), QStringList());
+
+        click(plano, QStringLiteral("cmdProssegue"));
+        salva(h, QStringLiteral("02/03/2027"), true);
+        const QStringList row = savedRow(h, QStringLiteral("RecoFlorest"));
+        qInfo().noquote() << "Eucalyptus recommendation:" << row.join(QStringLiteral(" | "));
+        QCOMPARE(row.size(), 31);
+        QCOMPARE(row.mid(1, 5),
+            QStringList({ "CodCultivo=Eucalipto-0-02/03/2027", "Cultura=Eucalipto", "CultivoOrdem=0",
+                "DataPlantio=02/03/2027", "Expectativa=0" }));
+        QCOMPARE(row.mid(13),
+            QStringList({ "Plantio0=Fórmula" + cabecalho, "Plantio1=4-30-10#3547,5#188#666,93#1880#6669,3", "Plantio2=0",
+                "Plantio3=0", "Plantio4=0", "Cob0=Fontes" + cabecalho, "Cob1=20-5-20#3300#100#330#1000#3300",
+                "Cob2=Ureia#3547,5#22#79#220#790", "Cob3=Nenhuma#0#0#0#0#0", "Cob4=Nenhuma#0#0#0#0#0",
+                "Repos0=Fontes" + cabecalho, "Repos1=---#---#---#---#---#---", "Repos2=0", "Repos3=0", "Repos4=0",
+                "CustoTotal=10759,3", "Aviso=", "Info=" }));
+
+        // Each dressing under its own heading, every number with one decimal, the empty one dashed.
+        auto* report = qobject_cast<ui::JanelaLaudo*>(visible(h, QStringLiteral("rptLdFlorest")));
+        QVERIFY(report);
+        const report::Pagina& pagina = report->pagina();
+        QCOMPARE(pagina.texto(QStringLiteral("lblFlo1"))->texto,
+            QStringLiteral("Fórmula\n4-30-10\nFontes\n20-5-20\nUreia\nNenhuma\nNenhuma\nFontes\n---\n"));
+        QCOMPARE(pagina.texto(QStringLiteral("lblFlo6"))->texto,
+            QStringLiteral("Custo total (R$)\n6669,3\nCusto total (R$)\n3300,0\n790,0\n0,0\n0,0\nCusto total (R$)\n---\n"));
+        QCOMPARE(pagina.texto(QStringLiteral("lblCustoTot"))->texto, QStringLiteral("10759,30"));
+    }
+
+    // Erva-mate by its yield band, adjusted to nitrogen alone in topdressing and nothing at
+    // replacement; the step back from the final step rebuilds the slots.
+    void forestAdjustedToNitrogenAlone()
+    {
+        UiHarness h;
+        cadastraAnalise(h);
+        cadastraEmpresa(h);
+        QWidget* flo = ateCultura(h, 3, QStringLiteral("Erva-mate"), QStringLiteral("frmFlorest"));
+        choose(flo, QStringLiteral("lstCulturas"), 3);
+        h.clearBoxes();
+        click(flo, QStringLiteral("cmdCalc"));
+        QCOMPARE(h.texts(), QStringList({ kMsgInformeExpectativa }));
+        type(flo, QStringLiteral("txtExpect"), QStringLiteral("6"));
+        click(flo, QStringLiteral("cmdCalc"));
+        // "Erva-Mate2": from 6 to 12 t/ha.
+        const QStringList indicado({ "10", "20", "10", "60", "0", "40", "100", "30", "60" });
+        QCOMPARE(nove(flo), indicado);
+
+        click(flo, QStringLiteral("cmdAjusta"));
+        QWidget* ajuste = visible(h, QStringLiteral("frmAjustaFlorest"));
+        QCOMPARE(nove(ajuste), indicado);
+        const QStringList ajustado({ "10", "20", "10", "60", "0", "0", "0", "0", "0" });
+        for (int i = 0; i < 9; ++i)
+            type(ajuste, QStringLiteral("txtAjust_%1").arg(i), ajustado[i]);
+        h.answers << QMessageBox::Yes;
+        click(ajuste, QStringLiteral("cmdAplica"));
+        QCOMPARE(nove(flo), ajustado);
+        click(flo, QStringLiteral("cmdProssegue"));
+
+        QWidget* plano = visible(h, QStringLiteral("frmNPKFlorest"));
+        QCOMPARE(find<QPushButton>(plano, QStringLiteral("cmd4"))->text(), QStringLiteral("Fontes de N"));
+        QVERIFY(!find<QPushButton>(plano, QStringLiteral("cmd5"))->isEnabled());
+        QVERIFY(!find<QPushButton>(plano, QStringLiteral("cmd6"))->isEnabled());
+        click(plano, QStringLiteral("cmd4"));
+        QWidget* fonte = visible(h, QStringLiteral("frmParcNitroFlo"));
+        QCOMPARE(find<QLabel>(fonte, QStringLiteral("lblNec"))->text(), QStringLiteral("Necessidade de N = 60 kg/ha"));
+        gridRow(fonte, QStringLiteral("dtGrid"), 1, QStringLiteral("Ureia"));
+        QCOMPARE(text(fonte, QStringLiteral("txtFnt")), QStringLiteral("133"));
+        click(fonte, QStringLiteral("cmdProssegue"));
+        QVERIFY(!h.windows().window(QStringLiteral("frmParcNitroFlo")));
+        const QString cabecalho = QStringLiteral(
+            "#Preço (R$/t)#Dosagem (kg/ha)#Custo (R$/ha)#Quantidade (kg)#Custo total (R$)");
+        QCOMPARE(gradeFlorestal(plano, 2),
+            QStringList({ "Fonte" + cabecalho, "Ureia#3547,5#133#471,8175#1330#4718,175" }));
+
+        click(plano, QStringLiteral("cmdProssegue"));
+        click(visible(h, QStringLiteral("frmFinalCalculo")), QStringLiteral("Command1"));
+        QCOMPARE(visible(h, QStringLiteral("frmNPKFlorest")), plano);
+        click(plano, QStringLiteral("cmdProssegue"));
+        salva(h, QStringLiteral("10/04/2027"), false);
+
+        const QStringList row = savedRow(h, QStringLiteral("RecoFlorest"));
+        QCOMPARE(row[5], QStringLiteral("Expectativa=6"));
+        QCOMPARE(row.mid(13),
+            QStringList({ "Plantio0=Fontes" + cabecalho, "Plantio1=---#---#---#---#---#---", "Plantio2=0",
+                "Plantio3=0", "Plantio4=0", "Cob0=Fonte" + cabecalho, "Cob1=Ureia#3547,5#133#471,8175#1330#4718,175",
+                "Cob2=0", "Cob3=0", "Cob4=0", "Repos0=Fontes" + cabecalho, "Repos1=---#---#---#---#---#---",
+                "Repos2=0", "Repos3=0", "Repos4=0", "CustoTotal=4718,18", "Aviso=" + kObsAjuste, "Info=" }));
     }
 };
 

@@ -58,13 +58,17 @@ void Aplicacao::registraJanelas()
     m_windows.registerWindow(janela::kGraos, with(criaFrmGraos));
     m_windows.registerWindow(janela::kHort, with(criaFrmHort));
     m_windows.registerWindow(janela::kForrage, with(criaFrmForrage));
+    m_windows.registerWindow(janela::kFlorest, with(criaFrmFlorest));
     m_windows.registerWindow(janela::kOrnam, with(criaFrmOrnam));
     m_windows.registerWindow(janela::kCondMedic, with(criaFrmCondMedic));
     m_windows.registerWindow(janela::kCana, with(criaFrmCana));
     m_windows.registerWindow(janela::kAjusta, with(criaFrmAjusta), Modo::Modal);
+    m_windows.registerWindow(janela::kAjustaFlorest, with(criaFrmAjustaFlorest), Modo::Modal);
     m_windows.registerWindow(janela::kNPK, with(criaFrmNPK));
     m_windows.registerWindow(janela::kFormulacao, with(criaFrmFormulacao));
     m_windows.registerWindow(janela::kParcelaN, with(criaFrmParcelaN));
+    m_windows.registerWindow(janela::kNPKFlorest, with(criaFrmNPKFlorest));
+    m_windows.registerWindow(janela::kParcNitroFlo, with(criaFrmParcNitroFlo));
     m_windows.registerWindow(janela::kFinalCalculo, with(criaFrmFinalCalculo));
     m_windows.registerWindow(QStringLiteral("rptLdForml"), with(criaRptLdForml));
     m_windows.registerWindow(QStringLiteral("rptLdFormlacao"), with(criaRptLdFormlacao));

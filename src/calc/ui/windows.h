@@ -17,6 +17,8 @@ QWidget* criaFrmForrage(Session& session, WindowRegistry& windows);
 QWidget* criaFrmOrnam(Session& session, WindowRegistry& windows);
 QWidget* criaFrmCondMedic(Session& session, WindowRegistry& windows);
 QWidget* criaFrmCana(Session& session, WindowRegistry& windows);
+QWidget* criaFrmFlorest(Session& session, WindowRegistry& windows);
 QWidget* criaFrmAjusta(Session& session, WindowRegistry& windows);
+QWidget* criaFrmAjustaFlorest(Session& session, WindowRegistry& windows);
 
 } // namespace lavra::ui

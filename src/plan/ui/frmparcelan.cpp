@@ -10,8 +10,6 @@
 #include "calc/cropstep.h"
 #include "plan/ui/planstep.h"
 #include "plan/ui/windows.h"
-#include "store/cursormodel.h"
-#include "store/storeerror.h"
 
 #include <QMenuBar>
 #include <QCheckBox>
@@ -19,7 +17,6 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -62,7 +59,9 @@ FrmParcelaN::FrmParcelaN(Session& session, WindowRegistry& windows, QWidget* par
     destaque.setBold(true);
     m_lblNec->setFont(destaque);
     layout->addWidget(m_lblNec);
-    layout->addWidget(criaFontes(), 1);
+    m_fontes = new EscolhaFonteN(
+        m_session, m_necNCob, QStringLiteral("Selecione uma fonte de nitrogênio dentre os fertilizantes abaixo"), this);
+    layout->addWidget(m_fontes, 1);
     layout->addWidget(criaParcelas());
 
     const LinhaPasso botoes = adicionaBotoesPasso(layout, this,
@@ -73,7 +72,7 @@ FrmParcelaN::FrmParcelaN(Session& session, WindowRegistry& windows, QWidget* par
     QPushButton* cmdRetorna = botoes.retorna;
     QPushButton* cmdProssegue = botoes.prossegue;
 
-    QList<QWidget*> ordem = { m_dtGrid, m_chkTodas, m_cboNVezes };
+    QList<QWidget*> ordem = { m_fontes->grade(), m_fontes->chkTodas(), m_cboNVezes };
     for (int i = 0; i < kMaxParcelas; ++i)
         ordem << m_cboPorc[i] << m_txtEpoca[i];
     ordem << cmdProssegue << cmdRetorna << cmdCancela;
@@ -84,58 +83,10 @@ FrmParcelaN::FrmParcelaN(Session& session, WindowRegistry& windows, QWidget* par
     connect(cmdRetorna, &QPushButton::clicked, this, &FrmParcelaN::retornar);
     connect(cmdCancela, &QPushButton::clicked, this, &FrmParcelaN::cancelar);
 
-    AbreTabelaN(false);
+    connect(m_fontes, &EscolhaFonteN::fonteMudou, this, &FrmParcelaN::aoMudarFonte);
     defineParcelas(0);
+    m_fontes->AbreTabelaN(false);
     resize(sizeHint().width(), 620);
-}
-
-QWidget* FrmParcelaN::criaFontes()
-{
-    auto* quadro = new QWidget(this);
-    auto* layout = new QVBoxLayout(quadro);
-    layout->setContentsMargins(0, 0, 0, 0);
-    auto* titulo = new QLabel(
-        QStringLiteral("Selecione uma fonte de nitrogênio dentre os fertilizantes abaixo"), quadro);
-    titulo->setObjectName(QStringLiteral("lblFontes"));
-    m_dtGrid = new QTableView(quadro);
-    m_dtGrid->setObjectName(QStringLiteral("dtGrid"));
-    m_dtGrid->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_dtGrid->setSelectionMode(QAbstractItemView::SingleSelection);
-    m_dtGrid->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_dtGrid->setAlternatingRowColors(true);
-    m_dtGrid->verticalHeader()->hide();
-    m_dtGrid->verticalHeader()->setDefaultSectionSize(m_dtGrid->fontMetrics().height() + 8);
-    m_dtGrid->horizontalHeader()->setStretchLastSection(true);
-    m_dtGrid->setMinimumHeight(170);
-    titulo->setBuddy(m_dtGrid);
-    layout->addWidget(titulo);
-    layout->addWidget(m_dtGrid, 1);
-
-    auto* abaixo = new QHBoxLayout;
-    m_chkTodas = new QCheckBox(QStringLiteral("Exibir todos os fertilizantes cadastrados"), quadro);
-    m_chkTodas->setObjectName(QStringLiteral("chkTodas"));
-    abaixo->addWidget(m_chkTodas);
-    abaixo->addStretch();
-    m_txtFnt = caixaNumero(quadro, QStringLiteral("txtFnt"));
-    m_txtCusto = caixaNumero(quadro, QStringLiteral("txtCusto"));
-    auto* lblFnt = new QLabel(QStringLiteral("Fonte (kg/ha)"), quadro);
-    auto* lblCusto = new QLabel(QStringLiteral("Custo (R$/ha)"), quadro);
-    lblFnt->setBuddy(m_txtFnt);
-    lblCusto->setBuddy(m_txtCusto);
-    abaixo->addWidget(lblFnt);
-    abaixo->addWidget(m_txtFnt);
-    abaixo->addSpacing(16);
-    abaixo->addWidget(lblCusto);
-    abaixo->addWidget(m_txtCusto);
-    layout->addLayout(abaixo);
-
-    // Bound to the source's formula, as the grid's current row is: it never shows.
-    m_txtCalcula = new QLineEdit(quadro);
-    m_txtCalcula->setObjectName(QStringLiteral("txtCalcula"));
-    m_txtCalcula->hide();
-
-    connect(m_chkTodas, &QCheckBox::clicked, this, &FrmParcelaN::AbreTabelaN);
-    return quadro;
 }
 
 QWidget* FrmParcelaN::criaParcelas()
@@ -202,72 +153,16 @@ QWidget* FrmParcelaN::criaParcelas()
     return quadro;
 }
 
-void FrmParcelaN::AbreTabelaN(bool todas)
+void FrmParcelaN::aoMudarFonte(bool outra)
 {
-    CursorModel* novo = nullptr;
-    try {
-        novo = new CursorModel(m_session.db.strConn, ConsultaFontes(todas), this);
-        // The sources and prices the step opened with hold until chkTodas or a reopening, as
-        // the rest of the session does.
-        novo->setFollowsChanges(false);
-    } catch (const StoreError& error) {
-        erroBanco(this, error);
-        return;
-    }
-    QItemSelectionModel* selecaoAntiga = m_dtGrid->selectionModel();
-    CursorModel* antigo = m_fontes;
-    m_fontes = novo;
-    m_dtGrid->setModel(novo);
-    delete selecaoAntiga;
-    delete antigo;
-
-    sincronizaGrade(m_dtGrid, novo, fonte::kNome, [this](const StoreError& error) { erroBanco(this, error); });
-    connect(novo, &CursorModel::currentRowChanged, this, &FrmParcelaN::aoMudarFonte);
-    connect(novo, &QAbstractItemModel::modelReset, this, &FrmParcelaN::ajustaColunas);
-
-    ajustaColunas();
-    if (novo->currentRow() >= 0)
-        m_dtGrid->setCurrentIndex(novo->index(novo->currentRow(), fonte::kNome));
-    aoMudarFonte();
-}
-
-void FrmParcelaN::ajustaColunas()
-{
-    for (int coluna : { 5, 6 })
-        m_dtGrid->setColumnHidden(coluna, true);
-    m_dtGrid->resizeColumnsToContents();
-    for (int c = 0; c < m_fontes->columnCount(); ++c)
-        m_dtGrid->setColumnWidth(c, std::clamp(m_dtGrid->columnWidth(c) + 12, 56, 240));
-}
-
-void FrmParcelaN::aoMudarFonte()
-{
-    const int linha = m_fontes ? m_fontes->currentRow() : -1;
-    const qint64 id = linha >= 0 ? m_fontes->cursor().rowIdAt(linha) : -1;
-    m_txtCalcula->setText(linha >= 0 ? cellText(m_fontes->value(linha, 0)) : QString());
     // Another source wipes the parcels; the same one read again by chkTodas keeps them and
     // gives them its dose as read now.
-    if (id != m_linhaFonte)
+    if (outra)
         limpaParcelas();
-    m_linhaFonte = id;
-    calculaFonte();
     for (int i = 0; i < kMaxParcelas; ++i) {
         if (m_cboPorc[i]->currentIndex() >= 0)
             escolhePorcentagem(i);
     }
-}
-
-void FrmParcelaN::calculaFonte()
-{
-    m_txtFnt->clear();
-    m_txtCusto->clear();
-    const int linha = m_fontes ? m_fontes->currentRow() : -1;
-    if (linha < 0)
-        return;
-    const DoseFonte dose = CalculaDoseFonte(
-        m_necNCob, m_fontes->value(linha, fonte::kN), m_fontes->value(linha, fonte::kPreco));
-    m_txtFnt->setText(dose.txtFnt);
-    m_txtCusto->setText(dose.txtCusto);
 }
 
 void FrmParcelaN::limpaParcelas()
@@ -292,18 +187,15 @@ void FrmParcelaN::defineParcelas(int numero)
 
 void FrmParcelaN::escolhePorcentagem(int parcela)
 {
-    m_txtDose[parcela]->setText(DoseParcela(m_cboPorc[parcela]->currentText(), m_txtFnt->text()));
+    m_txtDose[parcela]->setText(DoseParcela(m_cboPorc[parcela]->currentText(), m_fontes->txtFnt()));
 }
 
 void FrmParcelaN::prosseguir()
 {
     EntradaParcelamento entrada;
-    const int linha = m_fontes ? m_fontes->currentRow() : -1;
-    if (linha >= 0) {
-        entrada.fonte = cellText(m_fontes->value(linha, fonte::kNome));
-        entrada.preco = m_fontes->value(linha, fonte::kPreco);
-    }
-    entrada.txtFnt = m_txtFnt->text();
+    entrada.fonte = m_fontes->fonte();
+    entrada.preco = m_fontes->preco();
+    entrada.txtFnt = m_fontes->txtFnt();
     entrada.numero = m_cboNVezes->currentIndex();
     for (int i = 0; i < kMaxParcelas; ++i)
         entrada.parcelas[i] = { m_cboPorc[i]->currentText(), m_txtDose[i]->text(), m_txtEpoca[i]->text() };

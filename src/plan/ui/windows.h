@@ -9,6 +9,9 @@ namespace lavra::ui {
 QWidget* criaFrmNPK(Session& session, WindowRegistry& windows);
 QWidget* criaFrmFormulacao(Session& session, WindowRegistry& windows);
 QWidget* criaFrmParcelaN(Session& session, WindowRegistry& windows);
+// The forest plan and its dressing of nitrogen alone.
+QWidget* criaFrmNPKFlorest(Session& session, WindowRegistry& windows);
+QWidget* criaFrmParcNitroFlo(Session& session, WindowRegistry& windows);
 QWidget* criaFrmFinalCalculo(Session& session, WindowRegistry& windows);
 
 } // namespace lavra::ui
