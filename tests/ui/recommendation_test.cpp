@@ -722,6 +722,20 @@ private Q_SLOTS:
                 "Plantio3=0", "Plantio4=0", "Cob0=Fonte" + cabecalho, "Cob1=Ureia#3547,5#133#471,8175#1330#4718,175",
                 "Cob2=0", "Cob3=0", "Cob4=0", "Repos0=Fontes" + cabecalho, "Repos1=---#---#---#---#---#---",
                 "Repos2=0", "Repos3=0", "Repos4=0", "CustoTotal=4718,18", "Aviso=" + kObsAjuste, "Info=" }));
+
+        // Opened later among the saved recommendations, with the note of the adjustment.
+        click(h.app().mostraJanelaPrincipal(), QStringLiteral("cmdLaudo"));
+        QWidget* abre = visible(h, QStringLiteral("frmAbreLaudo"));
+        find<QTableWidget>(abre, QStringLiteral("flxCli"))->setCurrentCell(0, 0);
+        find<QListWidget>(abre, QStringLiteral("lstAna"))->setCurrentRow(0);
+        click(abre, QStringLiteral("Option3"));
+        auto* lstReco = find<QListWidget>(abre, QStringLiteral("lstReco"));
+        QCOMPARE(lstReco->count(), 1);
+        lstReco->setCurrentRow(0);
+        click(abre, QStringLiteral("cmdContinua"));
+        const QString pagina = laudo(h, QStringLiteral("rptLdFlorest"));
+        QVERIFY(pagina.contains(QStringLiteral("lblFlo3|3754|6328|1582|3281|Dosagem (kg/ha)\\n---\\nDosagem (kg/ha)\\n133,0\\n")));
+        QVERIFY(pagina.contains(QStringLiteral("lblAvAjust|550|10304|9785|226|") + kObsAjuste));
     }
 };
 

@@ -3,6 +3,8 @@
 #include "store/cursormodel.h"
 #include "store/storeerror.h"
 
+#include <algorithm>
+
 #include <QAbstractItemView>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
@@ -47,6 +49,25 @@ private:
     QWidget* m_janela;
 };
 
+// A click in an empty masked box puts the cursor at its start, so that the digits are typed
+// from the first position and not from where the click fell among the blanks.
+class MascaraDoInicio final : public QObject {
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject* objeto, QEvent* evento) override
+    {
+        auto* caixa = qobject_cast<QLineEdit*>(objeto);
+        if (caixa && evento->type() == QEvent::MouseButtonRelease) {
+            const QString texto = caixa->text();
+            if (std::none_of(texto.begin(), texto.end(), [](QChar c) { return c.isLetterOrNumber(); }))
+                caixa->setCursorPosition(0);
+        }
+        return false;
+    }
+};
+
 } // namespace
 
 void enterAcionaPadrao(QWidget* janela)
@@ -76,6 +97,11 @@ QString textoEscolhido(const QListWidget* lista)
 {
     const QList<QListWidgetItem*> itens = lista->selectedItems();
     return itens.isEmpty() ? QString() : itens.first()->text();
+}
+
+void mascaraDoInicio(QLineEdit* caixa)
+{
+    caixa->installEventFilter(new MascaraDoInicio(caixa));
 }
 
 int twips(const QWidget* widget, int valor)

@@ -32,6 +32,9 @@ QString textoEscolhido(const QListWidget* lista);
 // Qt would otherwise let Enter do nothing.
 void enterAcionaPadrao(QWidget* janela);
 
+// A masked box (a date) takes its digits from the start when it is clicked while empty.
+void mascaraDoInicio(QLineEdit* caixa);
+
 // A length given in twips, in the widget's pixels.
 int twips(const QWidget* widget, int valor);
 

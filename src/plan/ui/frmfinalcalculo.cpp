@@ -5,6 +5,7 @@
 #include "app/ui/chainwindow.h"
 #include "app/ui/desktop.h"
 #include "app/ui/messages.h"
+#include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
 #include "app/windownames.h"
 #include "plan/finish.h"
@@ -59,6 +60,7 @@ public:
         m_data = new QLineEdit(this);
         m_data->setObjectName(QStringLiteral("MaskEdBox1"));
         m_data->setInputMask(QStringLiteral("99/99/9999;_"));
+        mascaraDoInicio(m_data);
         m_data->setMaximumWidth(m_data->fontMetrics().horizontalAdvance(QStringLiteral("00/00/00000")) + 16);
         auto* form = new QFormLayout;
         form->addRow(QStringLiteral("Provável data de semeadura ou plantio"), m_data);

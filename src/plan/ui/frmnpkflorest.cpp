@@ -21,6 +21,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <array>
 
 namespace lavra::ui {
@@ -135,12 +136,20 @@ private:
         grade->horizontalHeader()->hide();
         grade->verticalHeader()->hide();
         grade->verticalHeader()->setDefaultSectionSize(grade->fontMetrics().height() + 8);
-        for (int c = 0; c < kColunasGrade; ++c)
-            grade->setColumnWidth(c, twips(this, 1700));
+        // The headings come as the first row, in bold; none of them may be cut.
+        QFont negrito = grade->font();
+        negrito.setBold(true);
+        const QFontMetrics medidas(negrito);
+        const QStringList cabecalho = CabecalhoFlorestal(QStringLiteral("Fontes"));
+        int largura = 2 * grade->frameWidth();
+        for (int c = 0; c < kColunasGrade; ++c) {
+            grade->setColumnWidth(c, std::max(twips(this, 1700), medidas.horizontalAdvance(cabecalho[c]) + 16));
+            largura += grade->columnWidth(c);
+        }
         grade->horizontalHeader()->setStretchLastSection(true);
         grade->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         grade->setFixedHeight(kLinhasGrade * grade->verticalHeader()->defaultSectionSize() + 2 * grade->frameWidth());
-        grade->setMinimumWidth(kColunasGrade * twips(this, 1700) + 2 * grade->frameWidth());
+        grade->setMinimumWidth(largura);
         return grade;
     }
 
@@ -174,6 +183,11 @@ private:
                 grade->setItem(r, c, celula);
             }
         }
+        // A long product name widens its column rather than being cut.
+        int nomes = grade->columnWidth(0);
+        for (int r = 0; r < grade->rowCount(); ++r)
+            nomes = std::max(nomes, QFontMetrics(grade->item(r, 0)->font()).horizontalAdvance(grade->item(r, 0)->text()) + 16);
+        grade->setColumnWidth(0, nomes);
     }
 
     void prosseguir()

@@ -12,6 +12,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -112,8 +113,14 @@ void EscolhaFonteN::ajustaColunas()
     for (int coluna : { 5, 6 })
         m_dtGrid->setColumnHidden(coluna, true);
     m_dtGrid->resizeColumnsToContents();
-    for (int c = 0; c < m_fontes->columnCount(); ++c)
+    int largura = 2 * m_dtGrid->frameWidth() + m_dtGrid->verticalScrollBar()->sizeHint().width();
+    for (int c = 0; c < m_fontes->columnCount(); ++c) {
         m_dtGrid->setColumnWidth(c, std::clamp(m_dtGrid->columnWidth(c) + 12, 56, 240));
+        if (!m_dtGrid->isColumnHidden(c))
+            largura += m_dtGrid->columnWidth(c);
+    }
+    // Every column in view, on any screen the program is used on.
+    m_dtGrid->setMinimumWidth(std::min(largura, 1000));
 }
 
 int EscolhaFonteN::linhaAtual() const

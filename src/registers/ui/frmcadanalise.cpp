@@ -128,6 +128,7 @@ QGroupBox* FrmCadAnalise::criaCadastrais()
     m_txtArea->setAlignment(Qt::AlignRight);
     m_txtAnalise = campo(QStringLiteral("txtAnálise"), box, 10);
     m_mskData = campo(QStringLiteral("mskData"), box, 10);
+    mascaraDoInicio(m_mskData);
 
     auto* cliente = new QHBoxLayout;
     cliente->addWidget(m_txtCliente, 1);
