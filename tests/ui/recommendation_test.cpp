@@ -203,6 +203,10 @@ private:
         return texts;
     }
 
+    // The headings of a forest grid after its first.
+    inline static const QString kCabecalho
+        = QStringLiteral("#Preço (R$/t)#Dosagem (kg/ha)#Custo (R$/ha)#Quantidade (kg)#Custo total (R$)");
+
     // A grid of the forest plan, a row per line, cells joined with "#" as they are saved.
     static QStringList gradeFlorestal(QWidget* plano, int etapa)
     {
@@ -614,11 +618,9 @@ private Q_SLOTS:
         click(npk, QStringLiteral("cmdCalcula"));
         click(npk, QStringLiteral("cmdProssegue"));
         QVERIFY(!h.windows().window(QStringLiteral("frmNPK")));
-        const QString cabecalho = QStringLiteral(
-            "#Preço (R$/t)#Dosagem (kg/ha)#Custo (R$/ha)#Quantidade (kg)#Custo total (R$)");
         // 4-30-10 by equal differences: 75 / 0,4 = 187,5 kg/ha, rounded to even.
         QCOMPARE(gradeFlorestal(plano, 1),
-            QStringList({ "Fórmula" + cabecalho, "4-30-10#3547,5#188#666,93#1880#6669,3" }));
+            QStringList({ "Fórmula" + kCabecalho, "4-30-10#3547,5#188#666,93#1880#6669,3" }));
 
         click(plano, QStringLiteral("cmd4"));
         QWidget* form = visible(h, QStringLiteral("frmFormulação"));
@@ -634,7 +636,7 @@ private Q_SLOTS:
         QVERIFY(!h.windows().window(QStringLiteral("frmFormulação")));
         // The urea covers the 10 kg of N the formula leaves: 22,2 kg/ha.
         QCOMPARE(gradeFlorestal(plano, 2),
-            QStringList({ "Fontes" + cabecalho, "20-5-20#3300#100#330#1000#3300", "Ureia#3547,5#22#79#220#790",
+            QStringList({ "Fontes" + kCabecalho, "20-5-20#3300#100#330#1000#3300", "Ureia#3547,5#22#79#220#790",
                 "Nenhuma#0#0#0#0#0", "Nenhuma#0#0#0#0#0" }));
         QCOMPARE(gradeFlorestal(plano, 3), QStringList());
 
@@ -647,10 +649,10 @@ private Q_SLOTS:
             QStringList({ "CodCultivo=Eucalipto-0-02/03/2027", "Cultura=Eucalipto", "CultivoOrdem=0",
                 "DataPlantio=02/03/2027", "Expectativa=0" }));
         QCOMPARE(row.mid(13),
-            QStringList({ "Plantio0=Fórmula" + cabecalho, "Plantio1=4-30-10#3547,5#188#666,93#1880#6669,3", "Plantio2=0",
-                "Plantio3=0", "Plantio4=0", "Cob0=Fontes" + cabecalho, "Cob1=20-5-20#3300#100#330#1000#3300",
+            QStringList({ "Plantio0=Fórmula" + kCabecalho, "Plantio1=4-30-10#3547,5#188#666,93#1880#6669,3", "Plantio2=0",
+                "Plantio3=0", "Plantio4=0", "Cob0=Fontes" + kCabecalho, "Cob1=20-5-20#3300#100#330#1000#3300",
                 "Cob2=Ureia#3547,5#22#79#220#790", "Cob3=Nenhuma#0#0#0#0#0", "Cob4=Nenhuma#0#0#0#0#0",
-                "Repos0=Fontes" + cabecalho, "Repos1=---#---#---#---#---#---", "Repos2=0", "Repos3=0", "Repos4=0",
+                "Repos0=Fontes" + kCabecalho, "Repos1=---#---#---#---#---#---", "Repos2=0", "Repos3=0", "Repos4=0",
                 "CustoTotal=10759,3", "Aviso=", "Info=" }));
 
         // Each dressing under its own heading, every number with one decimal, the empty one dashed.
@@ -704,10 +706,8 @@ private Q_SLOTS:
         QCOMPARE(text(fonte, QStringLiteral("txtFnt")), QStringLiteral("133"));
         click(fonte, QStringLiteral("cmdProssegue"));
         QVERIFY(!h.windows().window(QStringLiteral("frmParcNitroFlo")));
-        const QString cabecalho = QStringLiteral(
-            "#Preço (R$/t)#Dosagem (kg/ha)#Custo (R$/ha)#Quantidade (kg)#Custo total (R$)");
         QCOMPARE(gradeFlorestal(plano, 2),
-            QStringList({ "Fonte" + cabecalho, "Ureia#3547,5#133#471,8175#1330#4718,175" }));
+            QStringList({ "Fonte" + kCabecalho, "Ureia#3547,5#133#471,8175#1330#4718,175" }));
 
         click(plano, QStringLiteral("cmdProssegue"));
         click(visible(h, QStringLiteral("frmFinalCalculo")), QStringLiteral("Command1"));
@@ -718,9 +718,9 @@ private Q_SLOTS:
         const QStringList row = savedRow(h, QStringLiteral("RecoFlorest"));
         QCOMPARE(row[5], QStringLiteral("Expectativa=6"));
         QCOMPARE(row.mid(13),
-            QStringList({ "Plantio0=Fontes" + cabecalho, "Plantio1=---#---#---#---#---#---", "Plantio2=0",
-                "Plantio3=0", "Plantio4=0", "Cob0=Fonte" + cabecalho, "Cob1=Ureia#3547,5#133#471,8175#1330#4718,175",
-                "Cob2=0", "Cob3=0", "Cob4=0", "Repos0=Fontes" + cabecalho, "Repos1=---#---#---#---#---#---",
+            QStringList({ "Plantio0=Fontes" + kCabecalho, "Plantio1=---#---#---#---#---#---", "Plantio2=0",
+                "Plantio3=0", "Plantio4=0", "Cob0=Fonte" + kCabecalho, "Cob1=Ureia#3547,5#133#471,8175#1330#4718,175",
+                "Cob2=0", "Cob3=0", "Cob4=0", "Repos0=Fontes" + kCabecalho, "Repos1=---#---#---#---#---#---",
                 "Repos2=0", "Repos3=0", "Repos4=0", "CustoTotal=4718,18", "Aviso=" + kObsAjuste, "Info=" }));
 
         // Opened later among the saved recommendations, with the note of the adjustment.

@@ -8,6 +8,7 @@
 #include "calc/forest.h"
 #include "calc/forages.h"
 #include "cropwindow.h"
+#include "forestneed.h"
 #include "windows.h"
 
 #include <QFocusEvent>
@@ -44,7 +45,7 @@ public:
         // Leaving the box empties the results too, whatever it holds.
         m_txtExpect->installEventFilter(this);
         corpo->addWidget(definicoes, 1);
-        corpo->addWidget(criaNecessidade());
+        corpo->addWidget(criaNecessidadeFlorestal(this, QStringLiteral("Resultado final (kg/ha)"), m_txtNec));
         layout->addLayout(corpo, 1);
         criaComandos(layout);
         culturaEscolhida(-1);
@@ -104,28 +105,6 @@ protected:
     }
 
 private:
-    // The frame of the nine boxes: a row per dressing, a column per nutrient.
-    QGroupBox* criaNecessidade()
-    {
-        auto* frame = new QGroupBox(QStringLiteral("Resultado final (kg/ha)"), this);
-        auto* grade = new QGridLayout(frame);
-        const QStringList nutrientes = legendasNutrientes();
-        const QStringList etapas = legendasEtapasFlorestais();
-        for (int c = 0; c < nutrientes.size(); ++c)
-            grade->addWidget(new QLabel(nutrientes[c], frame), 0, c + 1, Qt::AlignCenter);
-        for (int i = 0; i < kBoxesFlorest; ++i) {
-            const int linha = i / 3 + 1;
-            auto* caixa = caixaSomenteLeitura(frame, QStringLiteral("txtNec_%1").arg(i), QStringLiteral("0000,00"));
-            caixa->setAlignment(Qt::AlignRight);
-            if (i % 3 == 0)
-                grade->addWidget(new QLabel(etapas[linha - 1], frame), linha, 0);
-            grade->addWidget(caixa, linha, i % 3 + 1);
-            m_txtNec << caixa;
-        }
-        grade->setRowStretch(4, 1);
-        return frame;
-    }
-
     QString expectativa() const { return m_txtExpect->isEnabled() ? m_txtExpect->text() : QString(); }
 
     TextosNecFlorest textos() const

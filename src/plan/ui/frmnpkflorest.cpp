@@ -7,6 +7,7 @@
 #include "app/windownames.h"
 #include "calc/forest.h"
 #include "plan/forest.h"
+#include "calc/ui/forestneed.h"
 #include "plan/ui/planstep.h"
 #include "plan/ui/windows.h"
 
@@ -81,22 +82,10 @@ public:
 private:
     QGroupBox* criaNecessidade()
     {
-        auto* frame = new QGroupBox(QStringLiteral("Necessidade (kg/ha)"), this);
-        auto* grade = new QGridLayout(frame);
-        const QStringList nutrientes = legendasNutrientes();
-        const QStringList etapas = legendasEtapasFlorestais();
+        QGroupBox* frame = criaNecessidadeFlorestal(this, QStringLiteral("Necessidade (kg/ha)"), m_txtNec);
         const auto textos = TextosNecessidadeFlorestal(m_session);
-        for (int c = 0; c < nutrientes.size(); ++c)
-            grade->addWidget(new QLabel(nutrientes[c], frame), 0, c + 1, Qt::AlignCenter);
-        for (int i = 0; i < kBoxesFlorest; ++i) {
-            const int linha = i / 3 + 1;
-            if (i % 3 == 0)
-                grade->addWidget(new QLabel(etapas[linha - 1], frame), linha, 0);
-            m_txtNec[i] = caixaSomenteLeitura(frame, QStringLiteral("txtNec_%1").arg(i), QStringLiteral("0000,00"));
-            m_txtNec[i]->setAlignment(Qt::AlignRight);
+        for (int i = 0; i < m_txtNec.size(); ++i)
             m_txtNec[i]->setText(textos[static_cast<std::size_t>(i)]);
-            grade->addWidget(m_txtNec[i], linha, i % 3 + 1);
-        }
         return frame;
     }
 
@@ -155,7 +144,7 @@ private:
 
     void planeja(int etapa, const QString& passo)
     {
-        const std::size_t primeiro = static_cast<std::size_t>(etapa - 1) * 3;
+        const int primeiro = (etapa - 1) * 3;
         PreparaEtapa(m_session, etapa,
             { m_txtNec[primeiro]->text(), m_txtNec[primeiro + 1]->text(), m_txtNec[primeiro + 2]->text() });
         for (const QString& nome : passosDaEtapa())
@@ -210,7 +199,7 @@ private:
             hide();
     }
 
-    std::array<QLineEdit*, kBoxesFlorest> m_txtNec {};
+    QList<QLineEdit*> m_txtNec;
     std::array<QTableWidget*, kEtapasFlorestais> m_grades {};
 };
 
