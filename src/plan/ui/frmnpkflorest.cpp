@@ -6,8 +6,8 @@
 #include "app/ui/windowregistry.h"
 #include "app/windownames.h"
 #include "calc/forest.h"
-#include "plan/forest.h"
 #include "calc/ui/forestneed.h"
+#include "plan/forest.h"
 #include "plan/ui/planstep.h"
 #include "plan/ui/windows.h"
 
