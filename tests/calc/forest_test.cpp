@@ -147,15 +147,5 @@ TEST_F(ForestTest, GoingOnWritesTheSpeciesTheNeedAndThePlan)
     }
 }
 
-TEST_F(ForestTest, ARecalculatedNeedClosesThePlanOnce)
-{
-    host.open = { janela::kNPKFlorest, janela::kParcNitroFlo, janela::kFinalCalculo, janela::kFlorest };
-    session.RefazPlano = 1;
-    const TextosNecFlorest nec = { "1", "1", "1", "1", "0", "1", "1", "1", "1" };
-    ASSERT_FALSE(ProssegueFlorestais(session, host, kPinus, {}, nec));
-    EXPECT_EQ(host.open, QStringList({ janela::kFlorest }));
-    EXPECT_EQ(session.RefazPlano, 0);
-}
-
 } // namespace
 } // namespace lavra

@@ -59,16 +59,6 @@ TEST_F(ForestPlanTest, TheButtonsOfADressingFollowItsNeed)
     EXPECT_FALSE(opcoesDaEtapa(session, 3).fontesDeN);
 }
 
-TEST_F(ForestPlanTest, PlanningADressingGivesTheStepItsNeedAsText)
-{
-    session.CustoEtapa2 = 99;
-    AbrePlanoFlorestal(session);
-    EXPECT_EQ(session.CustoEtapa2, 0);
-    PreparaEtapa(session, 3, { "20", "30", "2,5" });
-    EXPECT_EQ(session.EtapaFlorest, 3);
-    EXPECT_EQ(session.Nec[2], QVariant(QStringLiteral("2,5")));
-}
-
 TEST_F(ForestPlanTest, GridsGoToTheirBlocksAndAnEmptyOneIsDashed)
 {
     session.Dados[60] = QStringLiteral("resto");
@@ -111,6 +101,10 @@ TEST_F(ForestPlanTest, ASourceOfNitrogenAloneCostsTheDressing)
     ASSERT_TRUE(semDose.recusa);
     EXPECT_EQ(semDose.recusa->texto, kMsgSemDoseFonte);
     EXPECT_DOUBLE_EQ(session.CustoEtapa2, 1179.54375);
+
+    // A plan opened afresh has empty grids, so no cost of an earlier one stays.
+    AbrePlanoFlorestal(session);
+    EXPECT_EQ(session.CustoEtapa2, 0);
 }
 
 TEST_F(ForestPlanTest, TheSavedRowColumnByColumn)
