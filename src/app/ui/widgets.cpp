@@ -118,6 +118,16 @@ QLabel* rotulo(const QString& texto, QWidget* campo, QWidget* pai, const QString
     return label;
 }
 
+QLabel* rotuloDestaque(const QString& texto, const QString& nome, QWidget* pai)
+{
+    auto* rotulo = new QLabel(texto, pai);
+    rotulo->setObjectName(nome);
+    QFont destaque = rotulo->font();
+    destaque.setBold(true);
+    rotulo->setFont(destaque);
+    return rotulo;
+}
+
 QLineEdit* caixaSomenteLeitura(QWidget* pai, const QString& nome, const QString& amostra)
 {
     auto* caixa = new QLineEdit(pai);

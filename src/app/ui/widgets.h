@@ -38,6 +38,9 @@ void mascaraDoInicio(QLineEdit* caixa);
 // A length given in twips, in the widget's pixels.
 int twips(const QWidget* widget, int valor);
 
+// The need a step works on, in bold above it.
+QLabel* rotuloDestaque(const QString& texto, const QString& nome, QWidget* pai);
+
 // A caption whose mnemonic takes the focus to its field.
 QLabel* rotulo(const QString& texto, QWidget* campo, QWidget* pai, const QString& nome = {});
 

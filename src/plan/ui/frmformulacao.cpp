@@ -75,12 +75,7 @@ public:
         auto* layout = new QVBoxLayout(this);
         layout->setMenuBar(criaMenusCalculo(this, m_session, m_windows));
 
-        auto* lblNecess = new QLabel(textoNecessidade(m_nec), this);
-        lblNecess->setObjectName(QStringLiteral("lblNecess"));
-        QFont destaque = lblNecess->font();
-        destaque.setBold(true);
-        lblNecess->setFont(destaque);
-        layout->addWidget(lblNecess);
+        layout->addWidget(rotuloDestaque(textoNecessidade(m_nec), QStringLiteral("lblNecess"), this));
 
         auto* meio = new QHBoxLayout;
         meio->addWidget(criaTabela(), 1);

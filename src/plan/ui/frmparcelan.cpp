@@ -53,11 +53,7 @@ FrmParcelaN::FrmParcelaN(Session& session, WindowRegistry& windows, QWidget* par
     auto* layout = new QVBoxLayout(this);
     layout->setMenuBar(criaMenusCalculo(this, m_session, m_windows));
 
-    m_lblNec = new QLabel(TextoNecessidadeN(m_necNCob), this);
-    m_lblNec->setObjectName(QStringLiteral("lblNec"));
-    QFont destaque = m_lblNec->font();
-    destaque.setBold(true);
-    m_lblNec->setFont(destaque);
+    m_lblNec = rotuloDestaque(TextoNecessidadeN(m_necNCob), QStringLiteral("lblNec"), this);
     layout->addWidget(m_lblNec);
     m_fontes = new EscolhaFonteN(
         m_session, m_necNCob, QStringLiteral("Selecione uma fonte de nitrogênio dentre os fertilizantes abaixo"), this);

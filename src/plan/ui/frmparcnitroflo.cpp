@@ -3,6 +3,7 @@
 #include "app/ui/buttons.h"
 #include "app/ui/chainwindow.h"
 #include "app/ui/messages.h"
+#include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
 #include "app/windownames.h"
 #include "plan/forest.h"
@@ -33,12 +34,7 @@ public:
         layout->setMenuBar(criaMenusCalculo(this, m_session, m_windows));
 
         const float necessidade = LeNecessidadeNFlorestal(session);
-        auto* lblNec = new QLabel(TextoNecessidadeN(necessidade), this);
-        lblNec->setObjectName(QStringLiteral("lblNec"));
-        QFont destaque = lblNec->font();
-        destaque.setBold(true);
-        lblNec->setFont(destaque);
-        layout->addWidget(lblNec);
+        layout->addWidget(rotuloDestaque(TextoNecessidadeN(necessidade), QStringLiteral("lblNec"), this));
         m_fontes = new EscolhaFonteN(
             m_session, necessidade, QStringLiteral("Selecione uma fonte de N dentre os fertilizantes abaixo"), this);
         layout->addWidget(m_fontes, 1);
