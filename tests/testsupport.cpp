@@ -33,4 +33,13 @@ QVariant ScratchDatabase::scalar(const QString& sql) const
     return query.value(0);
 }
 
+QVector<QVariant> analiseComClasses(float mo, float p, float k)
+{
+    QVector<QVariant> analise(36, QVariant(0));
+    analise[30] = mo;
+    analise[31] = p;
+    analise[32] = k;
+    return analise;
+}
+
 } // namespace lavra::test

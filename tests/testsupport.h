@@ -6,6 +6,8 @@
 #include <QLocale>
 #include <QString>
 #include <QTemporaryDir>
+#include <QVariant>
+#include <QVector>
 
 #include <ostream>
 
@@ -42,6 +44,9 @@ public:
     explicit MachineLocale(const QLocale& locale) { setMachineLocale(locale); }
     ~MachineLocale() { resetMachineLocale(); }
 };
+
+// An analysis row with nothing in it but the classes of organic matter, P and K.
+QVector<QVariant> analiseComClasses(float mo, float p, float k);
 
 // The windows of a chain, as far as the closing routines see them.
 class FakeHost : public WindowHost {

@@ -28,11 +28,8 @@ protected:
 
     void analise(float mo, int cultivo)
     {
-        session.Analise = QVector<QVariant>(36, QVariant(0));
+        session.Analise = test::analiseComClasses(3, 2, 3);
         session.Analise[17] = mo;
-        session.Analise[30] = 3;
-        session.Analise[31] = 2;
-        session.Analise[32] = 3;
         session.Cultivo = static_cast<std::int16_t>(cultivo);
     }
 

@@ -20,13 +20,7 @@ protected:
         classes(3, 3, 4);
     }
 
-    void classes(float mo, float p, float k)
-    {
-        session.Analise = QVector<QVariant>(36, QVariant(0));
-        session.Analise[30] = mo;
-        session.Analise[31] = p;
-        session.Analise[32] = k;
-    }
+    void classes(float mo, float p, float k) { session.Analise = test::analiseComClasses(mo, p, k); }
 
     QStringList calcula(int posicao, const QString& expectativa = {})
     {

@@ -31,14 +31,11 @@ protected:
 
     void analise(const Classes& c, float argila = 30, float fosforo = 10, float potassio = 80, float ctc = 10)
     {
-        session.Analise = QVector<QVariant>(36, QVariant(0));
+        session.Analise = test::analiseComClasses(c.mo, c.p, c.k);
         session.Analise[15] = ctc;
         session.Analise[18] = argila;
         session.Analise[19] = fosforo;
         session.Analise[20] = potassio;
-        session.Analise[30] = c.mo;
-        session.Analise[31] = c.p;
-        session.Analise[32] = c.k;
         session.Analise[33] = c.ctc;
         session.Cultivo = 1;
         session.Grupo = 1;

@@ -24,13 +24,7 @@ protected:
         classes(3, 2, 3);
     }
 
-    void classes(float mo, float p, float k)
-    {
-        session.Analise = QVector<QVariant>(36, QVariant(0));
-        session.Analise[30] = mo;
-        session.Analise[31] = p;
-        session.Analise[32] = k;
-    }
+    void classes(float mo, float p, float k) { session.Analise = test::analiseComClasses(mo, p, k); }
 
     static QStringList lista(const CalculoCultura& r)
     {

@@ -28,11 +28,8 @@ protected:
 
     void analise(float classeMO, float argila, int cultivo = 1)
     {
-        session.Analise = QVector<QVariant>(36, QVariant(0));
+        session.Analise = test::analiseComClasses(classeMO, 2, 3);
         session.Analise[18] = argila;
-        session.Analise[30] = classeMO;
-        session.Analise[31] = 2;
-        session.Analise[32] = 3;
         session.Cultivo = static_cast<std::int16_t>(cultivo);
     }
 
