@@ -58,17 +58,35 @@ void ReabreJanela(Session& session, WindowHost& host, const QString& nome, const
     host.showWindow(nome);
 }
 
+namespace {
+
+void copiaRecomendacao(const Store& db, const QString& tabela, const QString& codAnalise,
+                       const QString& codCultivo, QVector<QVariant>& dados)
+{
+    const auto linha = consulta::primeira(
+        db, tabela, {{QStringLiteral("CodAnalise"), codAnalise, true}, {QStringLiteral("CodCultivo"), codCultivo, true}});
+    if (!linha)
+        throw StoreError(QStringLiteral("A recomendação '%1' não foi encontrada.").arg(codCultivo));
+    const int columns = std::min(static_cast<int>(linha->size()), static_cast<int>(dados.size()) + 1);
+    for (int k = 1; k < columns; ++k)
+        dados[k - 1] = linha->at(k);
+}
+
+} // namespace
+
 void CarregaRecomendacao(Session& session, const QString& tabela, const QString& codAnalise,
                          const QString& codCultivo)
 {
-    const auto linha = consulta::primeira(
-        session.db, tabela, {{QStringLiteral("CodAnalise"), codAnalise, true}, {QStringLiteral("CodCultivo"), codCultivo, true}});
-    if (!linha)
-        throw StoreError(QStringLiteral("A recomendação '%1' não foi encontrada.").arg(codCultivo));
-    const int columns = std::min(static_cast<int>(linha->size()), Session::kSlots + 1);
-    for (int k = 1; k < columns; ++k)
-        session.Dados[k - 1] = linha->at(k);
+    copiaRecomendacao(session.db, tabela, codAnalise, codCultivo, session.Dados);
     session.CodCultivo = session.Dados[0].toString();
+}
+
+QVector<QVariant> LeRecomendacao(const Store& db, const QString& tabela, const QString& codAnalise,
+                                 const QString& codCultivo)
+{
+    QVector<QVariant> dados(Session::kSlots, QVariant(0));
+    copiaRecomendacao(db, tabela, codAnalise, codCultivo, dados);
+    return dados;
 }
 
 void IniciaCalculo(Session& session, WindowHost& host)

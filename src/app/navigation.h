@@ -36,6 +36,9 @@ void ReabreJanela(Session& session, WindowHost& host, const QString& nome, const
 // Loads a saved recommendation into Dados: column k goes to slot k - 1. Throws StoreError.
 void CarregaRecomendacao(Session& session, const QString& tabela, const QString& codAnalise,
                          const QString& codCultivo);
+// The same row as a fresh set of slots, the slots past its columns at the integer 0.
+QVector<QVariant> LeRecomendacao(const Store& db, const QString& tabela, const QString& codAnalise,
+                                 const QString& codCultivo);
 
 // The start of a calculation from the main window: closes the chain without asking, sets the
 // choice mode and the plan kind, clears the costs and the slots. The caller then shows frmCliAn.

@@ -3,6 +3,7 @@
 #include "events.h"
 #include "store/store.h"
 
+#include <QList>
 #include <QString>
 #include <QVariant>
 #include <QVector>
@@ -33,7 +34,8 @@ struct Session {
     std::array<QVariant, 9> NecFlorest{};
     // Correction table of the grain crops.
     std::array<QVariant, 12> TabCorrecao{};
-    QVector<QVariant> EvolAnalises;
+    // The analyses of one field for the evolution chart, by date, each a row of Analises.
+    QList<QVector<QVariant>> EvolAnalises;
     std::int16_t NAnalisesEvol = 0;
 
     QString NomeCliente;
@@ -75,6 +77,15 @@ struct Session {
 
     std::int16_t GrafAvulso = 0;
     bool CTCDoFertigrafico = false;
+    // What a chart opened from a selection window shows (GrafAvulso 1): the chosen analysis and
+    // recommendation. They are kept apart from Analise and Dados, so that looking at a chart
+    // never changes a calculation in progress.
+    struct EscolhaGrafico {
+        QVector<QVariant> analise;
+        QVector<QVariant> dados;
+        QString planoTexto;
+    };
+    EscolhaGrafico Grafico;
     // While true, the windows of the chain refuse their close box.
     bool BloqueiaFechar = false;
 

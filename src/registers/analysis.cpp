@@ -199,12 +199,17 @@ ResultadoCadastro grava(Store& db, const EntradaCadastro& e)
 
 } // namespace
 
-void CarregaAnalise(Session& session, const QString& codigo)
+QVector<QVariant> LeAnalise(const Store& db, const QString& codigo)
 {
-    auto linha = consulta::primeira(session.db, kAnalises, {{kColunaCodigo, codigo, true}});
+    auto linha = consulta::primeira(db, kAnalises, {{kColunaCodigo, codigo, true}});
     if (!linha)
         throw StoreError(QStringLiteral("A análise '%1' não foi encontrada.").arg(codigo));
-    session.Analise = std::move(*linha);
+    return std::move(*linha);
+}
+
+void CarregaAnalise(Session& session, const QString& codigo)
+{
+    session.Analise = LeAnalise(session.db, codigo);
 }
 
 QString ComporCodigo(const QString& fazenda, const QString& gleba, const QString& data)

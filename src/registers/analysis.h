@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVariant>
 #include <QVector>
 
 #include <optional>
@@ -17,6 +18,8 @@ class Store;
 // Copies the row of that code into session.Analise, one element per column. A code with no row
 // throws StoreError, as does any failure of the database; the shared pair is left closed.
 void CarregaAnalise(Session& session, const QString& codigo);
+// The row of that code, one element per column; throws as CarregaAnalise does.
+QVector<QVariant> LeAnalise(const Store& db, const QString& codigo);
 
 // The key of an analysis: farm, field and date as dd/mm/yyyy. The client is not part of it, so
 // one field cannot carry two analyses of the same day, whoever they belong to.
