@@ -3,6 +3,9 @@
 // and the peak memory of the process while it ran.
 
 #include "app/session.h"
+#include "charts/bands.h"
+#include "charts/choice.h"
+#include "charts/shares.h"
 #include "common.h"
 #include "plan/finish.h"
 #include "registers/analysis.h"
@@ -84,6 +87,19 @@ int main(int argc, char** argv)
     medidas.push_back(mede(QStringLiteral("open report (LaudoFormulas)"), kRecomendacoes, [&](int) {
         session.Analise.clear();
         report::LaudoFormulas(session, codigoSalvo, cultivoSalvo);
+    }));
+
+    medidas.push_back(mede(QStringLiteral("open Fertigraph (Graf, analysis, bars)"), kAnalises, [&](int) {
+        EscolheAnaliseDoGrafico(session, codigo);
+        MontaFertigrafico(TabelaGraf::le(db), AnaliseDoGrafico(session));
+    }));
+    medidas.push_back(mede(QStringLiteral("evolution of a field (CarregaEvolucao)"), kAnalises, [&](int) {
+        CarregaEvolucao(session, codigo);
+        MontaEvolucao(TabelaGraf::le(db), session.EvolAnalises);
+    }));
+    medidas.push_back(mede(QStringLiteral("cost share of a saved recommendation"), kRecomendacoes, [&](int) {
+        EscolheRecomendacaoDoGrafico(session, report::TipoLaudo::Formulas, codigoSalvo, cultivoSalvo);
+        ParticipacaoDoGrafico(session);
     }));
 
     imprime(medidas, picoVazio);

@@ -30,6 +30,9 @@ Q_SIGNALS:
     void etapaPreenchida(int etapa, const QList<QStringList>& linhas);
     // The signing technician changed: an open report is built again.
     void tecnicoAssinanteMudou();
+    // A selection window asks for the chart of that ModoEscolha on an analysis. The chart hides
+    // the window it came from once it is shown; on a failure that window stays for another choice.
+    void graficoPedido(const QString& modo, const QString& codAnalise, QObject* origem);
     // A value for a field of the analysis register, by the field's name.
     void valorParaAnalise(const QString& campo, const QString& valor);
 };

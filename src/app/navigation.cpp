@@ -27,6 +27,8 @@ bool FechaJanelas(Session& session, WindowHost& host, bool pergunta)
 {
     if (pergunta && !host.confirmCancel())
         return false;
+    // Closing everything ends the charts too: none brings the Fertigraph back on its way out.
+    session.CTCDoFertigrafico = false;
     closeWhere(session, host, [](const QString& name) { return name != kMainWindow; });
     return true;
 }
@@ -34,6 +36,7 @@ bool FechaJanelas(Session& session, WindowHost& host, bool pergunta)
 void FechaAposEscolha(Session& session, WindowHost& host)
 {
     static const QStringList kept = {janela::kCliAn, janela::kGrupCult, kMainWindow};
+    session.CTCDoFertigrafico = false;
     closeWhere(session, host, [](const QString& name) { return !kept.contains(name); });
 }
 

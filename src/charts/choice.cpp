@@ -2,6 +2,7 @@
 
 #include "app/navigation.h"
 #include "app/session.h"
+#include "app/windownames.h"
 #include "registers/analysis.h"
 #include "report/kinds.h"
 
@@ -41,6 +42,48 @@ void EscolheRecomendacaoDoGrafico(Session& session, report::TipoLaudo tipo, cons
     QVector<QVariant> dados = LeRecomendacao(session.db, report::definicao(tipo).tabela, codAnalise, codCultivo);
     session.Grafico = { std::move(analise), std::move(dados), kPlanosTexto[static_cast<std::size_t>(tipo)] };
     session.GrafAvulso = 1;
+}
+
+QString JanelaDoModo(const QString& modo)
+{
+    if (modo == kModoFertigrafico)
+        return janela::kChart;
+    if (modo == kModoOcupaCTC)
+        return janela::kOcupaCTC;
+    if (modo == kModoEvolFert)
+        return janela::kEvolFert;
+    return {};
+}
+
+void Abre_ChamaGraf(Session& session, WindowHost& host, const QString& modo)
+{
+    session.ModoEscolha = modo;
+    FechaJanela(session, host, janela::kChamaGraf);
+    FechaJanela(session, host, janela::kChamaGrafCusto);
+    host.showWindow(janela::kChamaGraf);
+}
+
+void OutrasAnalises(Session& session, WindowHost& host, const QString& modo, const QString& janela)
+{
+    session.ModoEscolha = modo;
+    FechaJanela(session, host, janela::kChamaGraf);
+    host.showWindow(janela::kChamaGraf);
+    FechaJanela(session, host, janela);
+}
+
+void OutrasRecomendacoes(Session& session, WindowHost& host)
+{
+    FechaJanela(session, host, janela::kOcupaCusto);
+    FechaJanela(session, host, janela::kChamaGrafCusto);
+    host.showWindow(janela::kChamaGrafCusto);
+}
+
+void FechaGraficoDoFertigrafico(Session& session, WindowHost& host)
+{
+    const bool reabre = session.CTCDoFertigrafico;
+    session.CTCDoFertigrafico = false;
+    if (reabre)
+        ReabreJanela(session, host, janela::kChart, QStringLiteral("reabre"));
 }
 
 } // namespace lavra

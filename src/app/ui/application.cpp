@@ -4,6 +4,7 @@
 #include "app/windownames.h"
 #include "base/outcome.h"
 #include "calc/ui/windows.h"
+#include "charts/ui/windows.h"
 #include "frmabertura.h"
 #include "frmlavra.h"
 #include "infowindows.h"
@@ -75,6 +76,7 @@ void Aplicacao::registraJanelas()
     m_windows.registerWindow(QStringLiteral("rptLdFlorest"), with(criaRptLdFlorest));
     m_windows.registerWindow(janela::kObsLaudo, with(criaFrmObsLaudo));
     m_windows.registerWindow(janela::kAbreLaudo, with(criaFrmAbreLaudo));
+    registraGraficos(m_session, m_windows);
 }
 
 FrmLavra* Aplicacao::mostraJanelaPrincipal()

@@ -2,6 +2,7 @@
 
 #include "widgets.h"
 
+#include "app/navigation.h"
 #include "app/session.h"
 #include "app/windownames.h"
 #include "desktop.h"
@@ -27,16 +28,19 @@ void ChainWindow::closeEvent(QCloseEvent* event)
         event->accept();
 }
 
+void abreFertigrafico(Session& session, WindowRegistry& windows)
+{
+    // The chart shows the calculation as it stands now, so one left open is drawn afresh.
+    session.GrafAvulso = 0;
+    ReabreJanela(session, windows, janela::kChart, QStringLiteral("reabre"));
+}
+
 QMenuBar* criaMenusCalculo(QWidget* janela, Session& session, WindowRegistry& windows)
 {
     auto* menus = new QMenuBar(janela);
     QAction* fert = menus->addAction(QStringLiteral("Fertigráfico"));
     fert->setObjectName(QStringLiteral("mnuFert"));
-    fert->setEnabled(windows.isRegistered(janela::kChart));
-    QObject::connect(fert, &QAction::triggered, janela, [&session, &windows]() {
-        session.GrafAvulso = 0;
-        windows.show(janela::kChart);
-    });
+    QObject::connect(fert, &QAction::triggered, janela, [&session, &windows]() { abreFertigrafico(session, windows); });
     QAction* calc = menus->addAction(QStringLiteral("Calculadora"));
     calc->setObjectName(QStringLiteral("mnuCalc"));
     QObject::connect(calc, &QAction::triggered, janela, []() { abreCalculadora(); });

@@ -27,8 +27,10 @@ protected:
     WindowRegistry& m_windows;
 };
 
-// The menus of the calculation steps: "Fertigráfico" (mnuFert), greyed until the chart is
-// there, and "Calculadora" (mnuCalc).
+// The Fertigraph of the analysis of the calculation in progress.
+void abreFertigrafico(Session& session, WindowRegistry& windows);
+
+// The menus of the calculation steps: "Fertigráfico" (mnuFert) and "Calculadora" (mnuCalc).
 QMenuBar* criaMenusCalculo(QWidget* janela, Session& session, WindowRegistry& windows);
 
 } // namespace lavra::ui

@@ -18,7 +18,12 @@ void centraliza(QWidget* window)
 
 void WindowRegistry::registerWindow(const QString& name, Factory factory, Modo modo)
 {
-    m_factories.insert(name, {std::move(factory), modo});
+    m_factories.insert(name, {std::move(factory), modo, {}});
+}
+
+void WindowRegistry::registerInside(const QString& name, const QString& frame, Factory factory)
+{
+    m_factories.insert(name, {std::move(factory), Modo::NaoModal, frame});
 }
 
 void WindowRegistry::track(QWidget* window)
@@ -44,18 +49,33 @@ QWidget* WindowRegistry::show(const QString& name, std::optional<Modo> modo)
 {
     QWidget* w = window(name);
     const auto entry = m_factories.constFind(name);
+    bool nova = false;
     if (!w) {
         if (entry == m_factories.constEnd())
             return nullptr;
+        // A window that can't be built has said why; its frame is not opened for nothing.
         w = entry->factory();
         if (!w)
             return nullptr;
+        nova = true;
         w->setObjectName(name);
         // Closing a window loses what it held.
         w->setAttribute(Qt::WA_DeleteOnClose);
         track(w);
-        centraliza(w);
     }
+    if (entry != m_factories.constEnd() && !entry->moldura.isEmpty()) {
+        auto* moldura = dynamic_cast<Moldura*>(show(entry->moldura));
+        if (!moldura) {
+            delete w;
+            return nullptr;
+        }
+        if (nova)
+            moldura->acolhe(w);
+        moldura->ativa(w);
+        return w;
+    }
+    if (nova)
+        centraliza(w);
     if (!modo && entry != m_factories.constEnd())
         modo = entry->modo;
     const Qt::WindowModality modality = modo == Modo::Modal ? Qt::ApplicationModal : Qt::NonModal;

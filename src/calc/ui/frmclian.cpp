@@ -15,7 +15,6 @@
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
-#include <QHash>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -33,8 +32,8 @@ const QString kModoCalcular = QStringLiteral("Calcular");
 
 } // namespace
 
-FrmCliAn::FrmCliAn(Session& session, WindowRegistry& windows, QWidget* parent)
-    : QWidget(parent, Qt::Window), m_session(session), m_windows(windows)
+FrmCliAn::FrmCliAn(Session& session, WindowRegistry& windows, std::optional<QString> modoFixo, QWidget* parent)
+    : QWidget(parent, Qt::Window), m_session(session), m_windows(windows), m_modoFixo(std::move(modoFixo))
 {
     setObjectName(janela::kCliAn);
     setWindowTitle(QStringLiteral("Clientes e Análises"));
@@ -110,7 +109,7 @@ void FrmCliAn::closeEvent(QCloseEvent* event)
 {
     // Closed by its box while choosing for the register, it gives the register its buttons back
     // as Cancelar would.
-    if (!m_entregue && m_session.ModoEscolha == kModoAnalise) {
+    if (!m_entregue && modo() == kModoAnalise) {
         emit m_session.eventos.escolhaDeAnaliseCancelada();
     }
     m_entregue = true;
@@ -135,9 +134,15 @@ void FrmCliAn::continua()
         aviso(this, QStringLiteral("Selecione cliente e análise!"));
         return;
     }
+    const QString modo = this->modo();
+    if (modo != kModoCalcular && modo != kModoAnalise) {
+        // A chart reads the analysis into a place of its own, leaving a calculation in progress
+        // with the client and analysis it has.
+        emit m_session.eventos.graficoPedido(modo, analise, this);
+        return;
+    }
     m_session.NomeCliente = cliente->text();
     m_session.CodAnalise = analise;
-    const QString modo = m_session.ModoEscolha;
 
     if (modo == kModoCalcular) {
         if (!carregaEscolhida())
@@ -145,35 +150,17 @@ void FrmCliAn::continua()
         if (marcaEscolha() != m_marca)
             FechaAposEscolha(m_session, m_windows);
         m_windows.show(janela::kGrupCult);
-    } else if (modo == kModoAnalise) {
+    } else {
         hide();
         m_entregue = true;
         emit m_session.eventos.analiseEscolhida();
         close();
-    } else {
-        mostraGrafico(modo);
     }
 }
 
-void FrmCliAn::mostraGrafico(const QString& modo)
+QString FrmCliAn::modo() const
 {
-    // Each chart mode opens its chart window by name; the charts register them as they come.
-    static const QHash<QString, QString> janelas = {{QStringLiteral("EvolFert"), janela::kEvolFert},
-                                                    {QStringLiteral("Fertigráfico"), janela::kChart},
-                                                    {QStringLiteral("OcupaCTC"), janela::kOcupaCTC}};
-    const QString janela = janelas.value(modo);
-    if (janela.isEmpty() || !m_windows.isRegistered(janela)) {
-        informacao(this, QStringLiteral("Este gráfico ainda não está disponível nesta versão do programa."));
-        return;
-    }
-    // The evolution chart reads every analysis of the field itself, from the code kept above.
-    if (modo == QStringLiteral("EvolFert"))
-        hide();
-    else if (carregaEscolhida())
-        m_session.GrafAvulso = 1;
-    else
-        return;
-    m_windows.show(janela);
+    return m_modoFixo.value_or(m_session.ModoEscolha);
 }
 
 bool FrmCliAn::carregaEscolhida()
@@ -192,11 +179,16 @@ bool FrmCliAn::carregaEscolhida()
 
 void FrmCliAn::cancela()
 {
-    if (m_session.ModoEscolha == kModoAnalise) {
+    const QString modo = this->modo();
+    if (modo == kModoAnalise) {
         close();
-        return;
+    } else if (modo == kModoCalcular) {
+        FechaJanelas(m_session, m_windows, true);
+    } else {
+        // Choosing for a chart ends the charts alone; a calculation in progress stays open.
+        close();
+        FechaJanela(m_session, m_windows, janela::kGraficos);
     }
-    FechaJanelas(m_session, m_windows, true);
 }
 
 QWidget* criaFrmCliAn(Session& session, WindowRegistry& windows)

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include <optional>
+
 class QLineEdit;
 class QListWidget;
 class QTableWidget;
@@ -16,11 +18,14 @@ class WindowRegistry;
 
 // Chooses a client and one of his analyses, for the calculation, the analysis register or a
 // chart, as the session's ModoEscolha says. It is not part of the closing lock of the chain.
+// The charts' own selection is the same window with its mode fixed as it opens, so that another
+// window changing ModoEscolha meanwhile does not turn it to another use.
 class FrmCliAn final : public QWidget {
     Q_OBJECT
 
 public:
-    FrmCliAn(Session& session, WindowRegistry& windows, QWidget* parent = nullptr);
+    FrmCliAn(Session& session, WindowRegistry& windows, std::optional<QString> modoFixo = std::nullopt,
+             QWidget* parent = nullptr);
 
     // The current client row, counted from 1 under the heading, followed by the list position.
     QString marcaEscolha() const;
@@ -34,8 +39,7 @@ private:
     void busca(const QString& texto);
     void continua();
     void cancela();
-    // Where the chart modes will hand over the chosen analysis.
-    void mostraGrafico(const QString& modo);
+    QString modo() const;
     // Hides the window and loads the chosen analysis; on a failure says so and stays.
     bool carregaEscolhida();
 
@@ -47,6 +51,7 @@ private:
     // The choice as it stood when the window last came to the front.
     QString m_marca;
     bool m_entregue = false;
+    std::optional<QString> m_modoFixo;
 };
 
 } // namespace lavra::ui

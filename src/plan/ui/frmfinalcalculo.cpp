@@ -37,15 +37,10 @@ public:
         auto* menus = new QMenuBar(this);
         QAction* custo = menus->addAction(QStringLiteral("  Custo dos fertilizantes"));
         custo->setObjectName(QStringLiteral("Análise"));
-        custo->setEnabled(windows.isRegistered(janela::kOcupaCusto));
         connect(custo, &QAction::triggered, this, &FrmFinalCalculo::custos);
         QAction* fertig = menus->addAction(QStringLiteral("Fertigráfico"));
         fertig->setObjectName(QStringLiteral("fertig"));
-        fertig->setEnabled(windows.isRegistered(janela::kChart));
-        connect(fertig, &QAction::triggered, this, [this]() {
-            m_session.GrafAvulso = 0;
-            m_windows.show(janela::kChart);
-        });
+        connect(fertig, &QAction::triggered, this, [this]() { abreFertigrafico(m_session, m_windows); });
         QAction* calc = menus->addAction(QStringLiteral("Calculadora"));
         calc->setObjectName(QStringLiteral("calc"));
         connect(calc, &QAction::triggered, this, []() { abreCalculadora(); });
@@ -122,7 +117,7 @@ private:
             return;
         }
         m_session.GrafAvulso = 0;
-        m_windows.show(janela::kOcupaCusto);
+        ReabreJanela(m_session, m_windows, janela::kOcupaCusto, QStringLiteral("reabre"));
     }
 
     QLineEdit* m_data = nullptr;
