@@ -4,8 +4,6 @@
 #include "app/ui/windowregistry.h"
 #include "charts/bands.h"
 #include "charts/ui/chartview.h"
-#include "registers/analysis.h"
-#include "registers/refusal.h"
 #include "testsupport.h"
 #include "uitestsupport.h"
 
@@ -16,6 +14,8 @@
 #include <QChart>
 #include <QChartView>
 #include <QClipboard>
+#include <QGraphicsScene>
+#include <QGraphicsSimpleTextItem>
 #include <QImageReader>
 #include <QListWidget>
 #include <QPieSeries>
@@ -83,32 +83,13 @@ private:
 
     void cadastra(const QString& gleba, const QString& data, const QString& ph, const QString& p, const QString& k)
     {
-        CamposAnalise c;
-        c.cliente = QStringLiteral("Ana Prado");
-        c.local = QStringLiteral("Erechim");
-        c.fazenda = QStringLiteral("Santa Rita");
+        CamposAnalise c = analiseDeExemplo();
         c.gleba = gleba;
         c.data = data;
-        c.area = QStringLiteral("10");
-        c.numAnalise = QStringLiteral("1234");
         c.pH = ph;
-        c.ca = QStringLiteral("3");
-        c.mg = QStringLiteral("1,2");
-        c.al = QStringLiteral("0,4");
-        c.hAl = QStringLiteral("4,5");
-        c.smp = QStringLiteral("5,6");
-        c.mo = QStringLiteral("3");
-        c.argila = QStringLiteral("45");
         c.p = p;
         c.k = k;
-        const auto ctc = CalculaCTC(c.ca, c.mg, c.hAl, c.k);
-        c.ctc = ctc->ctc;
-        c.bases = ctc->bases;
-        c.mehlich = true;
-        // Yes to the question of the rice area.
-        EntradaCadastro entrada{c, kCadastro, {}, Resposta::Sim};
-        ResultadoCadastro r = CadastraAnalise(h().session().db, entrada);
-        QVERIFY2(!r.desfecho, r.desfecho ? qPrintable(r.desfecho->texto) : "");
+        cadastraAnalise(h(), c);
     }
 
     // The selection of the charts in a mode, through the frame's menu, with an analysis chosen.
@@ -253,7 +234,28 @@ private Q_SLOTS:
         captura(custo, QStringLiteral("custo"));
         aciona(custo, QStringLiteral("outrasanalises"));
         QTRY_VERIFY(!h().windows().window(QStringLiteral("frmOcupaCusto")));
-        QVERIFY(aberta(h(), QStringLiteral("frmChamaGrafCusto")));
+        sel = aberta(h(), QStringLiteral("frmChamaGrafCusto"));
+        QVERIFY(sel);
+
+        // A forest plan: thirteen shares from the grid rows, and the legend of the three dressings.
+        h().exec(QStringLiteral("INSERT INTO RecoFlorest (CodAnalise, CodCultivo, CalcCustoTotal, Plantio1, Cob1, Cob2, CustoTotal) "
+                                "VALUES ('%1', 'Eucalipto-0-02/03/2027', 0, '4-30-10#3547,5#188#666,93#1880#6669,3', "
+                                "'20-5-20#3300#100#330#1000#3300', 'Ureia#3547,5#22#79#220#790', 10759.3)")
+                     .arg(kCoxilha2026));
+        analises = find<QListWidget>(sel, QStringLiteral("lstAna"));
+        analises->setCurrentItem(analises->findItems(kCoxilha2026, Qt::MatchExactly).first());
+        click(sel, QStringLiteral("Option3"));
+        find<QListWidget>(sel, QStringLiteral("lstReco"))->setCurrentRow(0);
+        click(sel, QStringLiteral("cmdContinua"));
+        chart = grafico(aberta(h(), QStringLiteral("frmOcupaCusto")), QStringLiteral("chartCusto"));
+        QCOMPARE(fatias(chart).size(), 13);
+        QCOMPARE(fatias(chart)[1], QStringLiteral("Fórmula (P) 62%"));
+        const auto notas = chart->childItems();
+        QVERIFY(std::any_of(notas.begin(), notas.end(), [](QGraphicsItem* item) {
+            auto* texto = dynamic_cast<QGraphicsSimpleTextItem*>(item);
+            return texto && texto->text() == QStringLiteral("Legenda: P=Plantio, C=Cobertura, R=reposição");
+        }));
+        captura(chart->scene()->views().first(), QStringLiteral("custo-florestal"));
 
         // From the last step of a calculation, the session as it stands, before anything is saved.
         Session& s = h().session();

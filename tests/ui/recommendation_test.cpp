@@ -30,39 +30,11 @@ class RecommendationTest : public QObject {
     Q_OBJECT
 
 private:
-    // Registers a client and an analysis as the analysis register would.
+    // Registers a client and the analysis of the end-to-end runs.
     static void cadastraAnalise(UiHarness& h)
     {
         h.exec(QStringLiteral("INSERT INTO Clientes VALUES ('Ana Prado', 'Linha Sete', 'Erechim', '5433210000', 'ana@exemplo.com')"));
-        CamposAnalise c;
-        c.cliente = QStringLiteral("Ana Prado");
-        c.local = QStringLiteral("Erechim");
-        c.fazenda = QStringLiteral("Santa Rita");
-        c.gleba = QStringLiteral("Coxilha");
-        c.data = QStringLiteral("15/08/2026");
-        c.area = QStringLiteral("10");
-        c.numAnalise = QStringLiteral("1234");
-        c.pH = QStringLiteral("5,2");
-        c.ca = QStringLiteral("3");
-        c.mg = QStringLiteral("1,2");
-        c.al = QStringLiteral("0,4");
-        c.hAl = QStringLiteral("4,5");
-        c.smp = QStringLiteral("5,6");
-        c.mo = QStringLiteral("3");
-        c.argila = QStringLiteral("45");
-        c.p = QStringLiteral("8");
-        c.k = QStringLiteral("90");
-        const auto ctc = CalculaCTC(c.ca, c.mg, c.hAl, c.k);
-        c.ctc = ctc->ctc;
-        c.bases = ctc->bases;
-        c.mehlich = true;
-        EntradaCadastro entrada{c, kCadastro, {}};
-        ResultadoCadastro r = CadastraAnalise(h.session().db, entrada);
-        while (r.desfecho && r.desfecho->tipo == TipoDesfecho::Pergunta) {
-            entrada.resposta = Resposta::Sim;
-            r = CadastraAnalise(h.session().db, entrada);
-        }
-        QVERIFY(!r.desfecho);
+        test::cadastraAnalise(h, analiseDeExemplo());
     }
 
     // The company the report is signed for.

@@ -1,6 +1,7 @@
 #include "uitestsupport.h"
 
 #include "app/ui/chainwindow.h"
+#include "registers/refusal.h"
 #include "store/databasefile.h"
 #include "store/storeerror.h"
 
@@ -37,6 +38,45 @@ UiHarness::~UiHarness()
     m_app.reset();
     ui::setResponder({});
     ui::setRespondedorEntrada({});
+}
+
+CamposAnalise analiseDeExemplo()
+{
+    CamposAnalise c;
+    c.cliente = QStringLiteral("Ana Prado");
+    c.local = QStringLiteral("Erechim");
+    c.fazenda = QStringLiteral("Santa Rita");
+    c.gleba = QStringLiteral("Coxilha");
+    c.data = QStringLiteral("15/08/2026");
+    c.area = QStringLiteral("10");
+    c.numAnalise = QStringLiteral("1234");
+    c.pH = QStringLiteral("5,2");
+    c.ca = QStringLiteral("3");
+    c.mg = QStringLiteral("1,2");
+    c.al = QStringLiteral("0,4");
+    c.hAl = QStringLiteral("4,5");
+    c.smp = QStringLiteral("5,6");
+    c.mo = QStringLiteral("3");
+    c.argila = QStringLiteral("45");
+    c.p = QStringLiteral("8");
+    c.k = QStringLiteral("90");
+    c.mehlich = true;
+    return c;
+}
+
+void cadastraAnalise(UiHarness& h, CamposAnalise c)
+{
+    const auto ctc = CalculaCTC(c.ca, c.mg, c.hAl, c.k);
+    QVERIFY(ctc);
+    c.ctc = ctc->ctc;
+    c.bases = ctc->bases;
+    EntradaCadastro entrada{c, kCadastro, {}};
+    ResultadoCadastro r = CadastraAnalise(h.session().db, entrada);
+    while (r.desfecho && r.desfecho->tipo == TipoDesfecho::Pergunta) {
+        entrada.resposta = Resposta::Sim;
+        r = CadastraAnalise(h.session().db, entrada);
+    }
+    QVERIFY2(!r.desfecho, r.desfecho ? qPrintable(r.desfecho->texto) : "");
 }
 
 QWidget* UiHarness::open(const QString& name)

@@ -2,6 +2,7 @@
 
 #include "app/ui/application.h"
 #include "app/ui/messages.h"
+#include "registers/analysis.h"
 
 #include <QLineEdit>
 #include <QList>
@@ -54,6 +55,12 @@ T* find(QWidget* window, const QString& name)
         qWarning() << "control not found:" << name;
     return found;
 }
+
+// The analysis of the end-to-end runs: Ana Prado, Santa Rita/Coxilha/15/08/2026, 10 ha, pH 5,2,
+// P 8 (Mehlich), K 90, typed under a comma locale.
+CamposAnalise analiseDeExemplo();
+// Registers an analysis as the register would, CTC and saturation worked out, Yes to its question.
+void cadastraAnalise(UiHarness& h, CamposAnalise campos);
 
 // Types a text into a field and leaves it, as a user would with Tab.
 void type(QWidget* window, const QString& field, const QString& text);

@@ -1,9 +1,11 @@
 #include "dialogs.h"
 
 #include <QDialog>
+#include <QDir>
 #include <QFileDialog>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QStandardPaths>
 
 namespace lavra::ui {
 
@@ -41,6 +43,28 @@ QString arquivoParaSalvar(QWidget* parent, const QString& titulo, const QString&
     if (respondedorArquivo())
         return respondedorArquivo()(titulo, filtro);
     return QFileDialog::getSaveFileName(parent, titulo, inicial, filtro, filtroEscolhido);
+}
+
+QString nomeDeArquivo(const QString& texto)
+{
+    QString nome = texto;
+    static const QString proibidos = QStringLiteral("/\\:*?\"<>|");
+    for (QChar& c : nome) {
+        if (proibidos.contains(c))
+            c = QLatin1Char('-');
+    }
+    return nome.trimmed();
+}
+
+QString pastaInicial(bool imagens)
+{
+    for (const auto local : {imagens ? QStandardPaths::PicturesLocation : QStandardPaths::DocumentsLocation,
+                             QStandardPaths::HomeLocation}) {
+        const QString pasta = QStandardPaths::writableLocation(local);
+        if (!pasta.isEmpty() && QDir(pasta).exists())
+            return pasta;
+    }
+    return QDir::homePath();
 }
 
 } // namespace lavra::ui

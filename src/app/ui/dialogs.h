@@ -25,4 +25,11 @@ void setRespondedorArquivo(RespondedorArquivo respondedor);
 QString arquivoParaSalvar(QWidget* parent, const QString& titulo, const QString& inicial, const QString& filtro,
                           QString* filtroEscolhido = nullptr);
 
+// A file name from a text such as a key with dates, with the characters no file name takes
+// turned into "-".
+QString nomeDeArquivo(const QString& texto);
+// Where a save dialog starts: the user's folder for pictures or documents, or the home folder
+// where that one does not exist.
+QString pastaInicial(bool imagens);
+
 } // namespace lavra::ui

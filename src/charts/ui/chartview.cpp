@@ -78,6 +78,17 @@ void poeNota(QChart* chart, const QString& nota)
     posiciona();
 }
 
+QChart* novoGrafico(const QString& titulo)
+{
+    auto* chart = new QChart;
+    chart->setTitle(titulo);
+    QFont fonte = chart->titleFont();
+    fonte.setBold(true);
+    fonte.setPointSize(fonte.pointSize() + 2);
+    chart->setTitleFont(fonte);
+    return chart;
+}
+
 void desenhaVista(QPainter& painter, QChartView* vista, const QRectF& alvo)
 {
     painter.setRenderHint(QPainter::Antialiasing);
@@ -88,12 +99,7 @@ void desenhaVista(QPainter& painter, QChartView* vista, const QRectF& alvo)
 
 QChart* criaGrafico(const GraficoBarras& grafico)
 {
-    auto* chart = new QChart;
-    chart->setTitle(grafico.titulo);
-    QFont fonteTitulo = chart->titleFont();
-    fonteTitulo.setBold(true);
-    fonteTitulo.setPointSize(fonteTitulo.pointSize() + 2);
-    chart->setTitleFont(fonteTitulo);
+    QChart* chart = novoGrafico(grafico.titulo);
     auto* barras = new QBarSeries(chart);
     for (const SerieBarras& serie : grafico.series) {
         auto* conjunto = new QBarSet(serie.nome);
@@ -135,12 +141,7 @@ QChart* criaGrafico(const GraficoBarras& grafico)
 
 QChart* criaGrafico(const GraficoPizza& grafico)
 {
-    auto* chart = new QChart;
-    chart->setTitle(grafico.titulo);
-    QFont fonteTitulo = chart->titleFont();
-    fonteTitulo.setBold(true);
-    fonteTitulo.setPointSize(fonteTitulo.pointSize() + 2);
-    chart->setTitleFont(fonteTitulo);
+    QChart* chart = novoGrafico(grafico.titulo);
     auto* pizza = new QPieSeries(chart);
     for (const Fatia& fatia : grafico.fatias) {
         QPieSlice* parte = pizza->append(fatia.rotulo, fatia.valor);

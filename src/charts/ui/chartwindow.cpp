@@ -7,12 +7,12 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QChart>
 #include <QChartView>
 #include <QClipboard>
 #include <QDir>
 #include <QMenuBar>
 #include <QPrinter>
-#include <QStandardPaths>
 #include <QVBoxLayout>
 
 namespace lavra::ui {
@@ -91,10 +91,10 @@ void JanelaGrafico::copia()
 
 void JanelaGrafico::salva()
 {
-    const QString pasta = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    const QString inicial = QDir(pastaInicial(true)).filePath(nomeDeArquivo(m_vista->chart()->title()));
     QString filtro;
     const QString caminho =
-        arquivoParaSalvar(this, QStringLiteral("Salvar Gráfico"), pasta, filtroFormatos(), &filtro);
+        arquivoParaSalvar(this, QStringLiteral("Salvar Gráfico"), inicial, filtroFormatos(), &filtro);
     if (caminho.trimmed().isEmpty())
         return;
     if (salvaGrafico(m_vista, caminho, filtro).isEmpty())

@@ -35,7 +35,11 @@ public:
         adicionaImprimir(QStringLiteral("print"));
         adicionaCopiarESalvar();
         m_outras = adicionaMenu(QStringLiteral("outrasanalises"), QStringLiteral("Outras análises"));
-        m_layout->addWidget(poeGrafico(criaGrafico(pizza), nomeVista, std::move(impressao)));
+        QChartView* vista = poeGrafico(criaGrafico(pizza), nomeVista, std::move(impressao));
+        // Tall enough for every line of the legend: a forest plan has thirteen.
+        const int linhas = static_cast<int>(pizza.fatias.size()) + (pizza.nota.isEmpty() ? 0 : 1);
+        vista->setMinimumHeight(std::max(vista->minimumHeight(), 150 + linhas * (fontMetrics().height() + 8)));
+        m_layout->addWidget(vista);
     }
 
     QAction* outras() const { return m_outras; }

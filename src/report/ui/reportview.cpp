@@ -1,6 +1,7 @@
 #include "reportview.h"
 
 #include "app/session.h"
+#include "app/ui/dialogs.h"
 #include "app/ui/messages.h"
 #include "app/ui/windowregistry.h"
 #include "app/windownames.h"
@@ -10,19 +11,16 @@
 
 #include <QAction>
 #include <QDir>
-#include <QFileDialog>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QPrintDialog>
 #include <QPrinter>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QStandardPaths>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -100,17 +98,6 @@ void desenhaTexto(QPainter& painter, const QString& familia, const TextoPosto& t
     const QString texto = QFontMetricsF(fonte).elidedText(t.texto, Qt::ElideRight, caixa.width());
     painter.setFont(fonte);
     painter.drawText(caixa, alinhamento | Qt::AlignVCenter | Qt::TextSingleLine, texto);
-}
-
-QString nomeDeArquivo(const QString& cultivo)
-{
-    QString nome = QStringLiteral("Laudo ") + cultivo;
-    static const QString proibidos = QStringLiteral("/\\:*?\"<>|");
-    for (QChar& c : nome) {
-        if (proibidos.contains(c))
-            c = QLatin1Char('-');
-    }
-    return nome + QStringLiteral(".pdf");
 }
 
 } // namespace
@@ -283,17 +270,15 @@ void JanelaLaudo::imprime()
     printer.setPageSize(QPageSize(QPageSize::A4));
     printer.setPageOrientation(QPageLayout::Portrait);
     printer.setDocName(m_pagina.titulo);
-    QPrintDialog dialogo(&printer, this);
-    if (dialogo.exec() == QDialog::Accepted)
+    if (escolheImpressora(this, printer))
         imprimePagina(m_pagina, printer);
 }
 
 void JanelaLaudo::salvaComoPdf()
 {
-    const QString pasta = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    QString caminho = QFileDialog::getSaveFileName(this, QStringLiteral("Salvar laudo em PDF"),
-                                                   QDir(pasta).filePath(nomeDeArquivo(m_session.LaudoCultivo)),
-                                                   QStringLiteral("Documento PDF (*.pdf)"));
+    const QString inicial =
+        QDir(pastaInicial(false)).filePath(nomeDeArquivo(QStringLiteral("Laudo ") + m_session.LaudoCultivo) + QStringLiteral(".pdf"));
+    QString caminho = arquivoParaSalvar(this, QStringLiteral("Salvar laudo em PDF"), inicial, QStringLiteral("Documento PDF (*.pdf)"));
     if (caminho.isEmpty())
         return;
     if (!caminho.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive))
