@@ -178,6 +178,26 @@ private Q_SLOTS:
         QTRY_COMPARE(h().windows().openWindows(), QStringList{});
     }
 
+    // The charts choose their mode as they open their selection; the selection of a calculation in
+    // progress, hidden meanwhile, still goes on to the crop group.
+    void aChartOpenedMeanwhileLeavesTheCalculationItsSelection()
+    {
+        QWidget* principal = h().app().mostraJanelaPrincipal();
+        h().clearBoxes();
+        click(principal, QStringLiteral("cmdCalc"));
+        QWidget* cliAn = aberta(h(), QStringLiteral("frmCliAn"));
+        QVERIFY(cliAn);
+        cliAn->hide();
+        escolhe(QStringLiteral("ferti"), kVarzea);
+        QVERIFY(aberta(h(), QStringLiteral("frmChart")));
+
+        h().windows().show(QStringLiteral("frmCliAn"));
+        find<QListWidget>(cliAn, QStringLiteral("lstAna"))->setCurrentRow(0);
+        click(cliAn, QStringLiteral("cmdContinua"));
+        QVERIFY(aberta(h(), QStringLiteral("frmGrupCult")));
+        QCOMPARE(h().session().Analise.value(0).toString(), kCoxilha2025);
+    }
+
     void evolutionOfAFieldAndOfOneAlone()
     {
         // Alone in its field: told, and the selection stays for another choice.

@@ -102,6 +102,8 @@ QString FrmCliAn::marcaEscolha() const
 void FrmCliAn::showEvent(QShowEvent* event)
 {
     m_marca = marcaEscolha();
+    if (m_session.ModoEscolha == kModoCalcular || m_session.ModoEscolha == kModoAnalise)
+        m_modoAoMostrar = m_session.ModoEscolha;
     QWidget::showEvent(event);
 }
 
@@ -160,7 +162,14 @@ void FrmCliAn::continua()
 
 QString FrmCliAn::modo() const
 {
-    return m_modoFixo.value_or(m_session.ModoEscolha);
+    if (m_modoFixo)
+        return *m_modoFixo;
+    // The charts set a mode of their own as they open their selection; this window, shown for a
+    // calculation or the register and hidden meanwhile, keeps the use it was shown for.
+    const QString& modo = m_session.ModoEscolha;
+    if (modo != kModoCalcular && modo != kModoAnalise && m_modoAoMostrar)
+        return *m_modoAoMostrar;
+    return modo;
 }
 
 bool FrmCliAn::carregaEscolhida()

@@ -52,6 +52,8 @@ private:
     QString m_marca;
     bool m_entregue = false;
     std::optional<QString> m_modoFixo;
+    // The calculation or the register, as the session said when the window last came up.
+    std::optional<QString> m_modoAoMostrar;
 };
 
 } // namespace lavra::ui

@@ -29,6 +29,8 @@ JanelaGrafico::JanelaGrafico(Session& session, WindowRegistry& windows, const QS
     : QWidget(parent, Qt::Window), m_session(session), m_windows(windows)
 {
     setWindowTitle(titulo);
+    // Takes the focus as it comes to the front, so that its keys (Ctrl+P, Ctrl+C, Ctrl+S) answer.
+    setFocusPolicy(Qt::StrongFocus);
     m_layout = new QVBoxLayout(this);
     m_menus = new QMenuBar(this);
     m_layout->setMenuBar(m_menus);

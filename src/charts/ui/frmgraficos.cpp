@@ -85,12 +85,21 @@ void FrmGraficos::ativa(QWidget* janela)
     showNormal();
     QSize tamanho = sub->size() + QSize(0, menuBar()->sizeHint().height());
     tamanho = tamanho.expandedTo(QSize(menuBar()->sizeHint().width(), 0));
-    if (const QScreen* tela = screen())
-        tamanho = tamanho.boundedTo(tela->availableGeometry().size() - QSize(40, 80));
+    const QRect livre = screen() ? screen()->availableGeometry() : QRect();
+    if (livre.isValid())
+        tamanho = tamanho.boundedTo(livre.size() - QSize(40, 80));
     resize(tamanho);
     if (!m_posta) {
         m_posta = true;
         centraliza(this);
+    } else if (livre.isValid() && !livre.contains(frameGeometry())) {
+        // Grown past the edge of the screen: moved back in, whole.
+        QRect dentro = frameGeometry();
+        dentro.moveRight(std::min(dentro.right(), livre.right()));
+        dentro.moveBottom(std::min(dentro.bottom(), livre.bottom()));
+        dentro.moveLeft(std::max(dentro.left(), livre.left()));
+        dentro.moveTop(std::max(dentro.top(), livre.top()));
+        move(dentro.topLeft());
     }
     raise();
     activateWindow();
