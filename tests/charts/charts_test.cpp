@@ -232,21 +232,12 @@ TEST_F(ChartsTest, chosenRecommendationLeavesTheSessionAlone)
     EXPECT_EQ(AnaliseDoGrafico(session)[analise::kCodigo], QStringLiteral("Em curso"));
 }
 
-// The ways between the charts, on the names of the windows.
-TEST(ChartWays, selectionsAndTheWayBackToTheFertigraph)
+// The way back to the Fertigraph: only from a chart opened there, and never while everything closes.
+TEST(ChartWays, backToTheFertigraph)
 {
     Session session;
     test::FakeHost host;
-    host.open = { QStringLiteral("frmLavra"), QStringLiteral("frmChamaGraf"), QStringLiteral("frmChamaGrafCusto"),
-        QStringLiteral("frmChart"), QStringLiteral("frmOcupaCTC") };
-    Abre_ChamaGraf(session, host, kModoEvolFert);
-    EXPECT_EQ(session.ModoEscolha, QStringLiteral("EvolFert"));
-    EXPECT_EQ(host.closed, (QStringList { QStringLiteral("frmChamaGraf"), QStringLiteral("frmChamaGrafCusto") }));
-    EXPECT_EQ(host.shown, QStringList { QStringLiteral("frmChamaGraf") });
-
-    // A chart window going brings the Fertigraph back only when it was opened from there.
-    host.closed.clear();
-    host.shown.clear();
+    host.open = { QStringLiteral("frmLavra"), QStringLiteral("frmChart"), QStringLiteral("frmOcupaCTC") };
     FechaGraficoDoFertigrafico(session, host);
     EXPECT_TRUE(host.shown.isEmpty());
     session.CTCDoFertigrafico = true;
@@ -255,17 +246,9 @@ TEST(ChartWays, selectionsAndTheWayBackToTheFertigraph)
     EXPECT_EQ(host.shown, QStringList { QStringLiteral("frmChart") });
     EXPECT_FALSE(session.CTCDoFertigrafico);
 
-    // Closing everything ends that way back too.
     session.CTCDoFertigrafico = true;
     FechaJanelas(session, host, false);
     EXPECT_FALSE(session.CTCDoFertigrafico);
-
-    host.open = { QStringLiteral("frmOcupaCusto"), QStringLiteral("frmChamaGrafCusto") };
-    host.closed.clear();
-    host.shown.clear();
-    OutrasRecomendacoes(session, host);
-    EXPECT_EQ(host.closed, (QStringList { QStringLiteral("frmOcupaCusto"), QStringLiteral("frmChamaGrafCusto") }));
-    EXPECT_EQ(host.shown, QStringList { QStringLiteral("frmChamaGrafCusto") });
 }
 
 } // namespace

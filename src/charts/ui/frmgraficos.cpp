@@ -6,6 +6,7 @@
 #include "charts/choice.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -78,7 +79,17 @@ void FrmGraficos::ativa(QWidget* janela)
     sub->adjustSize();
     sub->move(0, 0);
     m_area->setActiveSubWindow(sub);
-    janela->setFocus();
+    // The keyboard goes to the window in front: to its first field when it takes none itself.
+    if (janela->focusPolicy() != Qt::NoFocus) {
+        janela->setFocus();
+    } else if (!janela->isAncestorOf(QApplication::focusWidget())) {
+        for (QWidget* w = janela->nextInFocusChain(); w && w != janela; w = w->nextInFocusChain()) {
+            if (janela->isAncestorOf(w) && w->isVisible() && w->isEnabled() && (w->focusPolicy() & Qt::TabFocus)) {
+                w->setFocus(Qt::TabFocusReason);
+                break;
+            }
+        }
+    }
 
     // The frame fits the window in front, as far as the screen allows.
     showNormal();

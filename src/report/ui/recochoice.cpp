@@ -32,6 +32,7 @@ EscolhaRecomendacao::EscolhaRecomendacao(Session& session, WindowRegistry& windo
     : QWidget(parent, Qt::Window), m_session(session), m_windows(windows)
 {
     setWindowTitle(QStringLiteral("Recomendações cadastradas"));
+    enterAcionaPadrao(this);
     m_layout = new QVBoxLayout(this);
     QVBoxLayout* layout = m_layout;
 
