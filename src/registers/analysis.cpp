@@ -109,36 +109,26 @@ bool temRecomendacao(const Store& db, const QString& codigo, bool florestais)
 // The whole row in column order: the typed values, what is worked out from them, and the classes.
 void escreveLinha(Cursor& rs, const CamposAnalise& c, const QString& codigo, const QDate& data)
 {
-    const int metodoP = c.mehlich ? 1 : 2;
-    const int condicao = c.arroz ? 2 : 1;
-    const float ca = numero(c.ca);
-    const float mg = numero(c.mg);
-    const float al = numero(c.al);
-    const float k = numero(c.k);
-    const float ctc = numero(c.ctc);
-
-    const QVariant valores[] = {codigo, c.cliente, c.local, c.fazenda, c.gleba, data, c.area, c.numAnalise,
-                                c.pH, c.ca, c.mg, c.al, c.hAl, SaturacaoAl(al, k, ca, mg), c.bases, c.ctc, c.smp,
-                                c.mo, c.argila, c.p, c.k, metodoP, condicao, 0, 0, 0, 0};
-    int ordinal = 0;
-    for (const QVariant& valor : valores)
-        rs.setValue(ordinal++, valor);
-
-    // The P table is chosen by a three-digit code: area condition, extraction method, clay class.
-    const float codigoP = static_cast<float>(condicao * 100 + metodoP * 10 + ClasseArgila(numero(c.argila)));
-    const Classe classes[] = {
-        InterpretaClasse(numero(c.pH), 0, QStringLiteral("pH")),
-        InterpretaClasse(ca, 0, QStringLiteral("Ca")),
-        InterpretaClasse(mg, 0, QStringLiteral("Mg")),
-        InterpretaClasse(numero(c.mo), 0, QStringLiteral("MO")),
-        InterpretaClasse(numero(c.p), codigoP, QStringLiteral("P")),
-        InterpretaClasse(k, ctc, QStringLiteral("K")),
-        InterpretaClasse(ctc, 0, QStringLiteral("CTC")),
-        InterpretaClasse(SaturacaoAl(al, k, ca, mg), 0, QStringLiteral("SatAl")),
-        InterpretaClasse(numero(c.bases), 0, QStringLiteral("SatBas")),
-    };
-    for (const Classe classe : classes)
-        rs.setValue(ordinal++, static_cast<int>(classe));
+    MedidasAnalise m;
+    m.area = numero(c.area);
+    m.pH = numero(c.pH);
+    m.ca = numero(c.ca);
+    m.mg = numero(c.mg);
+    m.al = numero(c.al);
+    m.hAl = numero(c.hAl);
+    m.bases = numero(c.bases);
+    m.ctc = numero(c.ctc);
+    m.smp = numero(c.smp);
+    m.mo = numero(c.mo);
+    m.argila = numero(c.argila);
+    m.p = numero(c.p);
+    m.k = numero(c.k);
+    m.metodoP = c.mehlich ? 1 : 2;
+    m.condicao = c.arroz ? 2 : 1;
+    const QVector<QVariant> valores =
+        LinhaAnalise({codigo, c.cliente, c.local, c.fazenda, c.gleba, data, c.numAnalise}, m);
+    for (int ordinal = 0; ordinal < valores.size(); ++ordinal)
+        rs.setValue(ordinal, valores[ordinal]);
 }
 
 ResultadoCadastro para(Desfecho desfecho, const QString& codigo) { return {std::move(desfecho), Seguimento::Fica, codigo}; }
@@ -199,6 +189,40 @@ ResultadoCadastro grava(Store& db, const EntradaCadastro& e)
 
 } // namespace
 
+QVector<QVariant> LinhaAnalise(const IdentificacaoAnalise& id, const MedidasAnalise& m)
+{
+    const float satAl = SaturacaoAl(m.al, m.k, m.ca, m.mg);
+    QVector<QVariant> linha = {id.codigo, id.cliente, id.local, id.fazenda, id.gleba, id.data, m.area,
+                               id.numAnalise, m.pH, m.ca, m.mg, m.al, m.hAl, satAl, m.bases, m.ctc, m.smp,
+                               m.mo, m.argila, m.p, m.k, m.metodoP, m.condicao, 0, 0, 0, 0};
+    // The P table is chosen by a three-digit code: area condition, extraction method, clay class.
+    const float codigoP = static_cast<float>(m.condicao * 100 + m.metodoP * 10 + ClasseArgila(m.argila));
+    const Classe classes[] = {
+        InterpretaClasse(m.pH, 0, QStringLiteral("pH")),
+        InterpretaClasse(m.ca, 0, QStringLiteral("Ca")),
+        InterpretaClasse(m.mg, 0, QStringLiteral("Mg")),
+        InterpretaClasse(m.mo, 0, QStringLiteral("MO")),
+        InterpretaClasse(m.p, codigoP, QStringLiteral("P")),
+        InterpretaClasse(m.k, m.ctc, QStringLiteral("K")),
+        InterpretaClasse(m.ctc, 0, QStringLiteral("CTC")),
+        InterpretaClasse(satAl, 0, QStringLiteral("SatAl")),
+        InterpretaClasse(m.bases, 0, QStringLiteral("SatBas")),
+    };
+    for (const Classe classe : classes)
+        linha << static_cast<int>(classe);
+    return linha;
+}
+
+float CTC(float ca, float mg, float hAl, float k) { return k / 399.0f + ca + mg + hAl; }
+
+float SatBases(float ca, float mg, float hAl, float k)
+{
+    const float bases = k / 399.0f + ca + mg;
+    const float ctc = bases + hAl;
+    // A soil with nothing on its exchange sites has nothing to saturate.
+    return ctc == 0.0f ? 0.0f : 100.0f * bases / ctc;
+}
+
 QVector<QVariant> LeAnalise(const Store& db, const QString& codigo)
 {
     auto linha = consulta::primeira(db, kAnalises, {{kColunaCodigo, codigo, true}});
@@ -225,11 +249,8 @@ std::optional<CTCCalculada> CalculaCTC(const QString& ca, const QString& mg, con
     const auto vK = parseNumber(k);
     if (!vCa || !vMg || !vHAl || !vK)
         return std::nullopt;
-    const float kc = toSingle(*vK) / 399.0f;
-    const float bases = kc + toSingle(*vCa) + toSingle(*vMg);
-    const float ctc = bases + toSingle(*vHAl);
-    // A soil with nothing on its exchange sites has nothing to saturate.
-    const float saturacao = ctc == 0.0f ? 0.0f : 100.0f * bases / ctc;
+    const float ctc = CTC(toSingle(*vCa), toSingle(*vMg), toSingle(*vHAl), toSingle(*vK));
+    const float saturacao = SatBases(toSingle(*vCa), toSingle(*vMg), toSingle(*vHAl), toSingle(*vK));
     // Figures beyond a 32-bit float are refused by their fields; they never show as "inf".
     if (!std::isfinite(ctc) || !std::isfinite(saturacao))
         return std::nullopt;

@@ -3,6 +3,7 @@
 #include "app/analise.h"
 #include "refusal.h"
 
+#include <QDate>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -24,6 +25,27 @@ QVector<QVariant> LeAnalise(const Store& db, const QString& codigo);
 // The key of an analysis: farm, field and date as dd/mm/yyyy. The client is not part of it, so
 // one field cannot carry two analyses of the same day, whoever they belong to.
 QString ComporCodigo(const QString& fazenda, const QString& gleba, const QString& data);
+
+// CTC at pH 7 and saturation by bases in %, from Ca, Mg and H+Al in cmolc/dm3 and K in mg/dm3
+// (turned into cmolc/dm3 with 399), worked in 32-bit floats. No bases and no acidity give 0 %.
+float CTC(float ca, float mg, float hAl, float k);
+float SatBases(float ca, float mg, float hAl, float k);
+
+// What names an analysis, and its figures before the columns worked out from them.
+struct IdentificacaoAnalise {
+    QString codigo, cliente, local, fazenda, gleba;
+    QDate data;
+    QString numAnalise;
+};
+struct MedidasAnalise {
+    float area = 0, pH = 0, ca = 0, mg = 0, al = 0, hAl = 0, smp = 0, mo = 0, argila = 0, p = 0, k = 0;
+    float bases = 0, ctc = 0;  // saturation by bases and CTC
+    int metodoP = 1;           // 1 Mehlich I, 2 resin
+    int condicao = 1;          // 1 dry land, 2 flooded rice
+};
+// The whole row of Analises in column order: the figures, the aluminium saturation, four
+// reserved zeros and the nine classes of the interpretation.
+QVector<QVariant> LinhaAnalise(const IdentificacaoAnalise& id, const MedidasAnalise& m);
 
 // CTC at pH 7 and saturation by bases, as the window shows them with two decimals.
 struct CTCCalculada {

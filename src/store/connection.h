@@ -71,5 +71,7 @@ private:
 // Turns a value into what a column of the given type holds; texts are read under the machine's
 // setting. Throws StoreError when the value does not fit, as the engine would.
 QVariant convertForColumn(const QVariant& value, ColumnType type);
+// A converted value as the file keeps it: dates as ISO text, singles in their shortest form.
+QVariant toStorage(const QVariant& value, ColumnType type);
 
 } // namespace lavra

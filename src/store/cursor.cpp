@@ -33,6 +33,19 @@ QString singleSourceTable(const QString& sql)
     return unquoteIdentifier(match.captured(1));
 }
 
+QMap<QString, ColumnType> declaredTypes(const QSqlDatabase& db, const QString& table)
+{
+    QMap<QString, ColumnType> types;
+    QSqlQuery query(db);
+    if (query.exec(QStringLiteral("PRAGMA table_info(%1)").arg(quoteIdentifier(table)))) {
+        while (query.next())
+            types.insert(query.value(1).toString().toLower(), schema::typeFromDeclared(query.value(2).toString()));
+    }
+    return types;
+}
+
+} // namespace
+
 QVariant toStorage(const QVariant& value, ColumnType type)
 {
     if (value.isNull())
@@ -50,19 +63,6 @@ QVariant toStorage(const QVariant& value, ColumnType type)
     }
     return value;
 }
-
-QMap<QString, ColumnType> declaredTypes(const QSqlDatabase& db, const QString& table)
-{
-    QMap<QString, ColumnType> types;
-    QSqlQuery query(db);
-    if (query.exec(QStringLiteral("PRAGMA table_info(%1)").arg(quoteIdentifier(table)))) {
-        while (query.next())
-            types.insert(query.value(1).toString().toLower(), schema::typeFromDeclared(query.value(2).toString()));
-    }
-    return types;
-}
-
-} // namespace
 
 // ---- Cursor ----
 

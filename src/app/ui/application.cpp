@@ -5,6 +5,7 @@
 #include "base/outcome.h"
 #include "calc/ui/windows.h"
 #include "charts/ui/windows.h"
+#include "exchange/ui/windows.h"
 #include "frmabertura.h"
 #include "frmlavra.h"
 #include "infowindows.h"
@@ -46,6 +47,7 @@ void Aplicacao::registraJanelas()
         return [this, factory]() { return factory(m_session, m_windows); };
     };
     m_windows.registerWindow(janela::kCadAnalise, with(criaFrmCadAnalise), Modo::Modal);
+    m_windows.registerWindow(janela::kImportaAnalise, with(criaFrmImportaAnalise), Modo::Modal);
     m_windows.registerWindow(janela::kCliente, with(criaFrmCliente), Modo::Modal);
     m_windows.registerWindow(janela::kCadCli, with(criaFrmCadCli), Modo::Modal);
     m_windows.registerWindow(janela::kFertiliz, with(criaFrmFertiliz), Modo::Modal);

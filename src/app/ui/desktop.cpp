@@ -34,6 +34,29 @@ void abreDocumento(QWidget* parent, const QString& arquivo)
                                .arg(arquivo)));
 }
 
+namespace {
+std::function<bool(const QString&)>& abridorDeArquivos()
+{
+    static std::function<bool(const QString&)> abridor;
+    return abridor;
+}
+} // namespace
+
+void setAbridorDeArquivos(std::function<bool(const QString& caminho)> abridor)
+{
+    abridorDeArquivos() = std::move(abridor);
+}
+
+void mostraArquivo(QWidget* parent, const QString& caminho)
+{
+    const bool aberto = abridorDeArquivos() ? abridorDeArquivos()(caminho)
+                                            : QDesktopServices::openUrl(QUrl::fromLocalFile(caminho));
+    if (!aberto)
+        informacao(parent, QStringLiteral("O arquivo foi gravado em %1, mas não há neste computador um programa "
+                                          "para abri-lo.")
+                               .arg(QDir::toNativeSeparators(caminho)));
+}
+
 void abreCalculadora()
 {
     const QString appDir = QCoreApplication::applicationDirPath();

@@ -45,6 +45,13 @@ QString arquivoParaSalvar(QWidget* parent, const QString& titulo, const QString&
     return QFileDialog::getSaveFileName(parent, titulo, inicial, filtro, filtroEscolhido);
 }
 
+QString arquivoParaAbrir(QWidget* parent, const QString& titulo, const QString& inicial, const QString& filtro)
+{
+    if (respondedorArquivo())
+        return respondedorArquivo()(titulo, filtro);
+    return QFileDialog::getOpenFileName(parent, titulo, inicial, filtro);
+}
+
 QString nomeDeArquivo(const QString& texto)
 {
     QString nome = texto;

@@ -25,6 +25,9 @@ void setRespondedorArquivo(RespondedorArquivo respondedor);
 QString arquivoParaSalvar(QWidget* parent, const QString& titulo, const QString& inicial, const QString& filtro,
                           QString* filtroEscolhido = nullptr);
 
+// The open dialog, answered by the same answerer: the chosen path, or empty when cancelled.
+QString arquivoParaAbrir(QWidget* parent, const QString& titulo, const QString& inicial, const QString& filtro);
+
 // A file name from a text such as a key with dates, with the characters no file name takes
 // turned into "-".
 QString nomeDeArquivo(const QString& texto);
