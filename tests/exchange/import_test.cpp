@@ -5,6 +5,8 @@
 #include "exchange/xlsxfile.h"
 #include "registers/analysis.h"
 #include "store/store.h"
+#include "heldfile.h"
+#include "store/storeerror.h"
 #include "testsupport.h"
 
 #include <QTemporaryDir>
@@ -174,6 +176,19 @@ TEST_F(ImportTest, ACancelLeavesTheDatabaseAsItWas)
     EXPECT_TRUE(r.adicionadas.isEmpty());
     EXPECT_EQ(etapas, (QStringList{kEtapaClientes + QStringLiteral(" 4"), kEtapaAnalises + QStringLiteral(" 4")}));
     EXPECT_EQ(conta(QStringLiteral("Clientes")), 0);
+    EXPECT_EQ(conta(QStringLiteral("Analises")), 0);
+}
+
+TEST_F(ImportTest, ADatabaseAnotherProgramIsWritingStopsTheImportWithNothingWritten)
+{
+    scratch.exec(QStringLiteral("INSERT INTO Clientes VALUES ('Ana', 'a', 'b', 'c', 'd')"));
+    test::HeldFile outro(scratch.path(), "BEGIN IMMEDIATE");
+    ASSERT_TRUE(outro.held());
+    EXPECT_THROW(importa({linha(QStringLiteral("Ana"), QStringLiteral("A"), QDate(2011, 6, 22)),
+                          linha(QStringLiteral("Bia"), QStringLiteral("B"), QDate(2011, 6, 22))}),
+                 StoreError);
+    outro.release();
+    EXPECT_EQ(conta(QStringLiteral("Clientes")), 1);
     EXPECT_EQ(conta(QStringLiteral("Analises")), 0);
 }
 

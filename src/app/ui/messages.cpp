@@ -45,7 +45,9 @@ QMessageBox::StandardButton mostra(QWidget* parent, const Mensagem& mensagem)
         return responder()(mensagem);
     QMessageBox box(toQt(mensagem.icone), kTitulo, mensagem.texto, mensagem.botoes, parent);
     box.setObjectName(QStringLiteral("msgLavra"));
-    if (mensagem.botoes.testFlag(QMessageBox::No))
+    if (mensagem.padrao != QMessageBox::NoButton)
+        box.setDefaultButton(mensagem.padrao);
+    else if (mensagem.botoes.testFlag(QMessageBox::No))
         box.setDefaultButton(QMessageBox::No);
     if (QAbstractButton* yes = box.button(QMessageBox::Yes))
         yes->setText(QStringLiteral("&Sim"));

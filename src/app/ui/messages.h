@@ -22,6 +22,8 @@ struct Mensagem {
     Icone icone = Icone::Nenhum;
     QString texto;
     QMessageBox::StandardButtons botoes = QMessageBox::Ok;
+    // The button Enter presses; a box with No defaults to No unless another is named.
+    QMessageBox::StandardButton padrao = QMessageBox::NoButton;
 };
 
 // Every box of the program goes through here, with the program's title. Tests install a

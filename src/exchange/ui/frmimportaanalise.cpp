@@ -132,6 +132,7 @@ void mostraRelatorio(QWidget* parent, const RelatorioImportacao& r, const QStrin
     grade->setModel(modelo);
     grade->setSelectionBehavior(QAbstractItemView::SelectRows);
     grade->verticalHeader()->hide();
+    grade->verticalHeader()->setDefaultSectionSize(grade->fontMetrics().height() + 6);
     grade->horizontalHeader()->setStretchLastSection(true);
     grade->setColumnWidth(0, 60);
     grade->setColumnWidth(1, 100);
@@ -321,15 +322,19 @@ private:
         m_lida = QFileInfo(caminho).lastModified();
         m_caminho->setText(QDir::toNativeSeparators(caminho));
         m_planilha->clear();
+        // Enter takes the sheet offered: most workbooks hold their data in the first.
         for (const QString& nome : m_pasta->nomes()) {
-            if (mostra(this, Mensagem{Icone::Pergunta, QStringLiteral("A planilha contendo os dados é ") + nome
-                                          + QStringLiteral(" ?"),
-                                      QMessageBox::Yes | QMessageBox::No})
-                == QMessageBox::Yes) {
+            const Mensagem pergunta{Icone::Pergunta, QStringLiteral("A planilha contendo os dados é ") + nome
+                                                         + QStringLiteral(" ?"),
+                                    QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes};
+            if (mostra(this, pergunta) == QMessageBox::Yes) {
                 m_planilha->setText(nome);
                 break;
             }
         }
+        if (m_planilha->text().isEmpty())
+            aviso(this, QStringLiteral("Nenhuma planilha foi escolhida. Clique de novo em \"Localizar arquivo Excel\" "
+                                       "e responda \"Sim\" para a planilha que contém os dados."));
         preencheCaixas();
     }
 
