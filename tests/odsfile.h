@@ -1,18 +1,14 @@
 #pragma once
 
+#include "xlsfile.h"
+
 #include <QList>
 #include <QString>
-#include <QVariant>
-#include <QVector>
 
 namespace lavra::test {
 
-// One sheet of an OpenDocument workbook: its name and its rows from the first; each cell a
-// QVariant: invalid (no cell), QString (text), int/double (number), QDate (a date cell), bool.
-struct PlanilhaOds {
-    QString nome;
-    QVector<QVector<QVariant>> linhas;
-};
+// The same sheets as an .xls is written from: a name and rows of QVariant cells.
+using PlanilhaOds = PlanilhaXls;
 
 // Writes an .ods workbook as LibreOffice Calc lays one out. False when it cannot be written.
 bool gravaOds(const QString& caminho, const QList<PlanilhaOds>& planilhas);
