@@ -5,12 +5,14 @@
 #include "workbook.h"
 
 #include <QRegularExpression>
+#include <QXmlStreamReader>
 
 #include <orcus/orcus_ods.hpp>
 #include <orcus/orcus_xlsx.hpp>
 #include <orcus/spreadsheet/import_interface.hpp>
+#include <orcus/zip_archive.hpp>
+#include <orcus/zip_archive_stream.hpp>
 
-#include <cctype>
 #include <stdexcept>
 #include <unordered_map>
 
@@ -22,6 +24,110 @@ namespace ss = orcus::spreadsheet;
 using ss::col_t;
 using ss::row_t;
 using Bruto = Planilha::Bruto;
+
+// orcus 0.17 trusts a zip's directory: it allocates the sizes an entry declares before reading
+// it, so a few kilobytes can ask for gigabytes. Its XML parser reads past the end of some
+// malformed documents and then stops the whole program on an assertion. So the archive is looked
+// at first, the way orcus will read it, and refused when it is damaged or too large.
+
+// Past this much uncompressed content a workbook is refused before it is unpacked.
+constexpr qint64 kMaxDescompactado = qint64(1) << 30;
+// Deflate cannot expand data by more than 1032 to 1; an entry claiming more is lying.
+constexpr qint64 kMaxRazao = 1032;
+
+quint32 le32(const QByteArray& b, qint64 i)
+{
+    const auto* p = reinterpret_cast<const unsigned char*>(b.constData()) + i;
+    return quint32(p[0]) | quint32(p[1]) << 8 | quint32(p[2]) << 16 | quint32(p[3]) << 24;
+}
+quint16 le16(const QByteArray& b, qint64 i)
+{
+    const auto* p = reinterpret_cast<const unsigned char*>(b.constData()) + i;
+    return quint16(p[0] | p[1] << 8);
+}
+
+// The directory as orcus walks it: entry after entry while their signature holds, whatever count
+// the directory declares.
+void confereDiretorio(const QByteArray& zip, qint64 fim, const QString& caminho)
+{
+    const qint64 n = zip.size();
+    qint64 total = 0;
+    for (qint64 pos = le32(zip, fim + 16); pos + 4 <= n && le32(zip, pos) == 0x02014b50;) {
+        if (pos + 46 > n)
+            throw ErroPasta(erroPastaIlegivel(caminho));
+        const quint16 metodo = le16(zip, pos + 10);
+        const qint64 compactado = le32(zip, pos + 20);
+        const qint64 descompactado = le32(zip, pos + 24);
+        const qint64 local = le32(zip, pos + 42);
+        pos += 46 + le16(zip, pos + 28) + le16(zip, pos + 30) + le16(zip, pos + 32);
+        if (local + 30 > n || local + 30 + le16(zip, local + 26) + le16(zip, local + 28) + compactado > n
+            || (metodo == 8 && descompactado > (compactado + 1) * kMaxRazao))
+            throw ErroPasta(erroPastaIlegivel(caminho));
+        total += descompactado;
+        if (total > kMaxDescompactado)
+            throw ErroPasta(erroPastaGrande(caminho));
+    }
+}
+
+// orcus looks for the end of the directory backwards, in blocks, and may miss a signature that
+// straddles two of them; so every directory a signature points to is checked, not only the last.
+// A zip has one; a few more may sit by chance in stored data.
+void confereDiretorios(const QByteArray& zip, const QString& caminho)
+{
+    int achados = 0;
+    for (qint64 fim = zip.indexOf(QByteArrayLiteral("PK\x05\x06")); fim >= 0;
+         fim = zip.indexOf(QByteArrayLiteral("PK\x05\x06"), fim + 1)) {
+        if (++achados > 16)
+            throw ErroPasta(erroPastaIlegivel(caminho));
+        // orcus cannot read an end record cut short by the end of the file, and gives up.
+        if (fim + 22 <= zip.size())
+            confereDiretorio(zip, fim, caminho);
+    }
+    if (achados == 0)
+        throw ErroPasta(erroPastaIlegivel(caminho));
+}
+
+// Every part that reads as XML must be well formed, and carry no DOCTYPE, which no Office file has.
+bool xmlBemFormado(const std::vector<unsigned char>& parte)
+{
+    // orcus ends each part with a null of its own.
+    const auto n = static_cast<qsizetype>(parte.empty() ? 0 : parte.size() - 1);
+    const QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(parte.data()), n);
+    qsizetype i = bytes.startsWith("\xEF\xBB\xBF") ? 3 : 0;
+    while (i < n && (bytes[i] == ' ' || bytes[i] == '\t' || bytes[i] == '\r' || bytes[i] == '\n'))
+        ++i;
+    if (i == n || bytes[i] != '<')
+        return true;
+    // Fed a block at a time: given the whole part at once, the reader would hold it again as
+    // UTF-16, twice the size of a sheet that is already in memory.
+    constexpr qsizetype kBloco = 1 << 16;
+    QXmlStreamReader xml;
+    xml.setNamespaceProcessing(false);
+    qsizetype pos = 0;
+    do {
+        xml.addData(bytes.mid(pos, kBloco));
+        pos += kBloco;
+        while (!xml.atEnd()) {
+            if (xml.readNext() == QXmlStreamReader::DTD)
+                return false;
+        }
+    } while (pos < n && xml.error() == QXmlStreamReader::PrematureEndOfDocumentError);
+    return !xml.hasError();
+}
+
+void confereZip(const QByteArray& bytes, const QString& caminho)
+{
+    confereDiretorios(bytes, caminho);
+    orcus::zip_archive_stream_blob fluxo(reinterpret_cast<const uint8_t*>(bytes.constData()),
+                                         static_cast<std::size_t>(bytes.size()));
+    orcus::zip_archive zip(&fluxo);
+    zip.load();
+    for (std::size_t i = 0; i < zip.get_file_entry_count(); ++i) {
+        std::vector<unsigned char> parte;
+        if (zip.read_file_entry(zip.get_file_entry_name(i), parte) && !xmlBemFormado(parte))
+            throw ErroPasta(erroPastaIlegivel(caminho));
+    }
+}
 
 struct Estado {
     const OpcoesLeitura& opcoes;
@@ -208,11 +314,14 @@ public:
         const auto pulaCifrao = [&] { i += i < celula.size() && celula[i] == '$'; };
         pulaCifrao();
         int coluna = 0;
-        for (; i < celula.size() && std::isalpha(static_cast<unsigned char>(celula[i])); ++i)
-            coluna = coluna * 26 + (std::toupper(static_cast<unsigned char>(celula[i])) - 'A' + 1);
+        // Stops past the last column, as the row below stops past its limit: the rest is refused.
+        // Letters and digits of the reference are ASCII whatever the machine's setting.
+        const auto letra = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
+        for (; i < celula.size() && letra(celula[i]) && coluna <= 1 << 14; ++i)
+            coluna = coluna * 26 + ((celula[i] & ~0x20) - 'A' + 1);
         pulaCifrao();
         long linha = 0;
-        for (; i < celula.size() && std::isdigit(static_cast<unsigned char>(celula[i])) && linha < 1 << 24; ++i)
+        for (; i < celula.size() && celula[i] >= '0' && celula[i] <= '9' && linha < 1 << 24; ++i)
             linha = linha * 10 + (celula[i] - '0');
         if (coluna == 0 || coluna > 1 << 14 || linha == 0 || i != celula.size())
             throw std::invalid_argument("referência de célula inválida");
@@ -273,10 +382,30 @@ private:
     std::uint32_t m_texto = 0;
 };
 
+// An array formula's cells hold the results saved with it. orcus 0.17 hands an .xlsx array formula
+// to the sheet's interface without checking that there is one, so this must exist.
+class MatrizFormula final : public ss::iface::import_array_formula {
+public:
+    MatrizFormula(Folha& folha, Textos& textos) : m_folha(folha), m_textos(textos) {}
+    void set_range(const ss::range_t& range) override { m_inicio = range.first; }
+    void set_formula(ss::formula_grammar_t, std::string_view) override {}
+    void set_result_string(row_t row, col_t col, std::string_view value) override;
+    void set_result_value(row_t row, col_t col, double value) override;
+    void set_result_bool(row_t row, col_t col, bool value) override;
+    void set_result_empty(row_t, col_t) override {}
+    void commit() override {}
+
+private:
+    Folha& m_folha;
+    Textos& m_textos;
+    ss::address_t m_inicio{0, 0};
+};
+
 class Folha final : public ss::iface::import_sheet {
 public:
     Folha(Planilha& planilha, Textos& textos, Estado& estado, const QString& caminho)
-        : m_planilha(planilha), m_textos(textos), m_estado(estado), m_caminho(caminho), m_formula(*this, textos)
+        : m_planilha(planilha), m_textos(textos), m_estado(estado), m_caminho(caminho), m_formula(*this, textos),
+          m_matriz(*this, textos)
     {
     }
 
@@ -287,6 +416,7 @@ public:
     }
 
     ss::iface::import_formula* get_formula() override { return &m_formula; }
+    ss::iface::import_array_formula* get_array_formula() override { return &m_matriz; }
     void set_auto(row_t row, col_t col, std::string_view s) override
     {
         poe(row, col, Bruto::Texto, 0, static_cast<std::uint32_t>(m_textos.add(s)));
@@ -311,18 +441,10 @@ public:
     void set_format(row_t, col_t, row_t, col_t, std::size_t) override {}
     void fill_down_cells(row_t src_row, col_t src_col, row_t range_size) override
     {
-        const Celula origem = m_planilha.celula(src_row + 1, src_col + 1);
-        if (origem.tipo == Celula::Tipo::Vazia)
-            return;
-        std::uint32_t texto = 0;
-        if (origem.tipo == Celula::Tipo::Texto)
-            texto = static_cast<std::uint32_t>(m_textos.add(origem.texto.toStdString()));
-        const Bruto tipo = origem.tipo == Celula::Tipo::Texto  ? Bruto::Texto
-                         : origem.tipo == Celula::Tipo::Logico ? Bruto::Logico
-                         : origem.tipo == Celula::Tipo::Data   ? Bruto::Data
-                                                               : Bruto::Numero;
-        for (row_t r = 1; r <= range_size; ++r)
-            poe(src_row + r, src_col, tipo, origem.numero, texto);
+        for (row_t r = 1; r <= range_size; ++r) {
+            if (m_planilha.copiaAbaixo(src_row, src_col, r))
+                m_estado.conta(m_caminho);
+        }
     }
     ss::range_size_t get_sheet_size() const override { return {1048576, 16384}; }
 
@@ -332,6 +454,7 @@ private:
     Estado& m_estado;
     const QString& m_caminho;
     Formula m_formula;
+    MatrizFormula m_matriz;
 };
 
 void Formula::commit()
@@ -340,16 +463,35 @@ void Formula::commit()
         m_folha.poe(m_linha, m_coluna, m_tipo, m_numero, m_texto);
 }
 
+void MatrizFormula::set_result_string(row_t row, col_t col, std::string_view value)
+{
+    m_folha.poe(m_inicio.row + row, m_inicio.column + col, Bruto::Texto, 0,
+                static_cast<std::uint32_t>(m_textos.add(value)));
+}
+void MatrizFormula::set_result_value(row_t row, col_t col, double value)
+{
+    m_folha.poe(m_inicio.row + row, m_inicio.column + col, Bruto::Numero, value);
+}
+void MatrizFormula::set_result_bool(row_t row, col_t col, bool value)
+{
+    m_folha.poe(m_inicio.row + row, m_inicio.column + col, Bruto::Logico, value ? 1 : 0);
+}
+
 class Fabrica final : public ss::iface::import_factory {
 public:
-    Fabrica(Pasta& pasta, const OpcoesLeitura& opcoes) : m_pasta(pasta), m_opcoes(opcoes), m_estado{opcoes} {}
+    Fabrica(Pasta& pasta, const OpcoesLeitura& opcoes, bool ods)
+        : m_pasta(pasta), m_opcoes(opcoes), m_estado{opcoes}, m_ods(ods)
+    {
+    }
 
     ss::iface::import_global_settings* get_global_settings() override { return &m_ajustes; }
     ss::iface::import_shared_strings* get_shared_strings() override { return &m_textos; }
     ss::iface::import_styles* get_styles() override { return &m_estilos; }
+    // Only .xlsx needs references resolved, to place its cells. An .ods asks for them only for named
+    // ranges and filters, in its own "$Plan1.$A$1" form, and does without when there is none.
     ss::iface::import_reference_resolver* get_reference_resolver(ss::formula_ref_context_t) override
     {
-        return &m_referencias;
+        return m_ods ? nullptr : &m_referencias;
     }
     ss::iface::import_sheet* append_sheet(ss::sheet_t, std::string_view name) override
     {
@@ -389,6 +531,7 @@ private:
     Estilos m_estilos;
     Ajustes m_ajustes;
     Referencias m_referencias;
+    bool m_ods = false;
     std::vector<std::unique_ptr<Folha>> m_folhas;
 };
 
@@ -396,9 +539,10 @@ private:
 
 void leOpenDocument(const QByteArray& bytes, bool ods, Pasta& pasta, const OpcoesLeitura& opcoes)
 {
-    Fabrica fabrica(pasta, opcoes);
+    Fabrica fabrica(pasta, opcoes, ods);
     const std::string_view conteudo(bytes.constData(), static_cast<std::size_t>(bytes.size()));
     try {
+        confereZip(bytes, pasta.caminho);
         if (ods) {
             orcus::orcus_ods filtro(&fabrica);
             filtro.read_stream(conteudo);

@@ -13,49 +13,9 @@ namespace {
 
 const QDate kOrigem(1899, 12, 30);
 
-// Past this much uncompressed content a workbook is refused before it is unpacked, so that a
-// small file cannot fill the memory.
-constexpr qint64 kMaxDescompactado = qint64(1) << 30;
 constexpr qint64 kMaxArquivo = qint64(512) << 20;
 
 QString nomeCurto(const QString& caminho) { return QFileInfo(caminho).fileName(); }
-
-quint32 le32(const QByteArray& b, qint64 i)
-{
-    const auto* p = reinterpret_cast<const unsigned char*>(b.constData()) + i;
-    return quint32(p[0]) | quint32(p[1]) << 8 | quint32(p[2]) << 16 | quint32(p[3]) << 24;
-}
-quint16 le16(const QByteArray& b, qint64 i)
-{
-    const auto* p = reinterpret_cast<const unsigned char*>(b.constData()) + i;
-    return quint16(p[0] | p[1] << 8);
-}
-
-// The sum of the uncompressed sizes the zip's central directory declares; -1 when there is no
-// directory to read, which the reader will then report as damage.
-qint64 tamanhoDescompactado(const QByteArray& zip)
-{
-    const qint64 n = zip.size();
-    for (qint64 fim = n - 22; fim >= 0 && fim >= n - 22 - 65535; --fim) {
-        if (le32(zip, fim) != 0x06054b50)
-            continue;
-        const qint64 entradas = le16(zip, fim + 10);
-        qint64 pos = le32(zip, fim + 16);
-        qint64 total = 0;
-        for (qint64 e = 0; e < entradas; ++e) {
-            if (pos + 46 > n || le32(zip, pos) != 0x02014b50)
-                return -1;
-            const quint32 descompactado = le32(zip, pos + 24);
-            // Zip64 marks its sizes elsewhere; such a workbook is larger than any we take.
-            if (descompactado == 0xffffffffu)
-                return kMaxDescompactado + 1;
-            total += descompactado;
-            pos += 46 + le16(zip, pos + 28) + le16(zip, pos + 30) + le16(zip, pos + 32);
-        }
-        return total;
-    }
-    return -1;
-}
 
 // An Office file encrypted with a password is a compound file holding this stream.
 bool ooxmlCifrado(const QByteArray& bytes)
@@ -92,7 +52,14 @@ QString erroPastaGrande(const QString& caminho)
         .arg(nomeCurto(caminho));
 }
 
-QDate Celula::data() const { return kOrigem.addDays(static_cast<qint64>(std::floor(numero))); }
+QDate Celula::data() const
+{
+    // A damaged file can hold any double; past some hundred million years, or not a number at
+    // all, there is no day to convert to.
+    if (!(std::fabs(numero) < 1e11))
+        return {};
+    return kOrigem.addDays(static_cast<qint64>(std::floor(numero)));
+}
 
 QString Celula::comoTexto() const
 {
@@ -132,8 +99,26 @@ void Planilha::poe(int linha0, int coluna0, Bruto tipo, double numero, std::uint
 
 void Planilha::poeEstilo(int linha0, int coluna0, std::uint32_t xf)
 {
-    if (Bruta* c = lugar(linha0, coluna0))
-        c->estilo = xf;
+    // No workbook has that many styles; a number past them is read as a plain number.
+    if (Bruta* c = lugar(linha0, coluna0); c && xf <= 0xffff)
+        c->estilo = static_cast<std::uint16_t>(xf);
+}
+
+bool Planilha::copiaAbaixo(int linha0, int coluna0, int linhas)
+{
+    if (linha0 < 0 || static_cast<std::size_t>(linha0) >= m_linhas.size()
+        || coluna0 < 0 || static_cast<std::size_t>(coluna0) >= m_linhas[static_cast<std::size_t>(linha0)].size())
+        return false;
+    const Bruta origem = m_linhas[static_cast<std::size_t>(linha0)][static_cast<std::size_t>(coluna0)];
+    if (origem.tipo == Bruto::Vazia)
+        return false;
+    Bruta* destino = lugar(linha0 + linhas, coluna0);
+    if (!destino)
+        return false;
+    if (destino->tipo == Bruto::Vazia)
+        ++m_celulas;
+    *destino = origem;
+    return true;
 }
 
 void Planilha::conclui()
@@ -213,11 +198,6 @@ Pasta abrePasta(const QString& caminho, const OpcoesLeitura& opcoes)
     Pasta pasta;
     pasta.caminho = caminho;
     if (bytes.startsWith(QByteArrayLiteral("PK\x03\x04"))) {
-        const qint64 total = tamanhoDescompactado(bytes);
-        if (total < 0)
-            throw ErroPasta(erroPastaIlegivel(caminho));
-        if (total > kMaxDescompactado)
-            throw ErroPasta(erroPastaGrande(caminho));
         const bool ods = bytes.contains(QByteArrayLiteral("application/vnd.oasis.opendocument.spreadsheet"));
         leitor::leOpenDocument(bytes, ods, pasta, opcoes);
     } else if (bytes.startsWith(QByteArrayLiteral("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"))) {

@@ -53,6 +53,8 @@ public:
     void poe(int linha0, int coluna0, Bruto tipo, double numero, std::uint32_t texto = 0);
     // A number's format is known only once the styles are read: xf is its style's index.
     void poeEstilo(int linha0, int coluna0, std::uint32_t xf);
+    // Repeats a cell, as it was stored, that many rows below itself; false when it holds nothing.
+    bool copiaAbaixo(int linha0, int coluna0, int linhas);
     // Drops the rows past the last that holds a value: a formatted empty cell is not a used one.
     void conclui();
     void usaTextos(std::shared_ptr<const std::vector<std::string>> textos) { m_textos = std::move(textos); }
@@ -67,8 +69,8 @@ public:
 private:
     struct Bruta {
         double numero = 0;
-        std::uint32_t texto = 0;  // index into the workbook's texts
-        std::uint32_t estilo = 0;
+        std::uint32_t texto = 0;   // index into the workbook's texts
+        std::uint16_t estilo = 0;  // sixteen bytes a cell: the workbook is held whole while it is read
         Bruto tipo = Bruto::Vazia;
     };
     Bruta* lugar(int linha0, int coluna0);

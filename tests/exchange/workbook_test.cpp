@@ -111,6 +111,18 @@ TEST_P(ReaderTest, ColumnsPastTheLimitAreNotKept)
     EXPECT_TRUE(pasta.planilhas.front()->celula(1, 41).vazia());
 }
 
+TEST_P(ReaderTest, ASheetLongerThanOneReadingBlockReadsToItsLastRow)
+{
+    Linhas longa;
+    for (int l = 1; l <= 5000; ++l)
+        longa << QVector<QVariant>{QStringLiteral("Gleba %1").arg(l), l};
+    const Pasta pasta = abrePasta(grava(dir, formato, {{QStringLiteral("P"), longa}}));
+    const Planilha& p = *pasta.planilhas.front();
+    ASSERT_EQ(p.linhasUsadas(), 5000);
+    EXPECT_EQ(p.celula(5000, 1).texto, QStringLiteral("Gleba 5000"));
+    EXPECT_EQ(p.celula(5000, 2).numero, 5000);
+}
+
 TEST_P(ReaderTest, AWorkbookPastTheCellLimitIsRefused)
 {
     Linhas muitas(30, QVector<QVariant>(10, 1.0));
