@@ -4,6 +4,8 @@
 #include "testsupport.h"
 #include "xlsfile.h"
 
+#include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -181,6 +183,24 @@ TEST(WorkbookFileTest, DamagedEmptyProtectedAndMissingFilesAreToldApart)
     const QString senha = escreve(QStringLiteral("senha.xlsx"), cifrado);
     EXPECT_EQ(mensagem(senha), erroPastaSenha(senha));
     EXPECT_TRUE(mensagem(dir.filePath(QStringLiteral("nada.xlsx"))).contains(QStringLiteral("não foi encontrado")));
+}
+
+// The files the fuzzer found faults with, kept beside it: each must now be read or refused in words.
+TEST(WorkbookFileTest, EveryFileTheFuzzerFoundIsReadOrRefusedInWords)
+{
+    QDirIterator arquivos(QStringLiteral(LAVRA_REGRESSOES), {QStringLiteral("*.xls*"), QStringLiteral("*.ods")},
+                          QDir::Files, QDirIterator::Subdirectories);
+    int vistos = 0;
+    while (arquivos.hasNext()) {
+        const QString caminho = arquivos.next();
+        ++vistos;
+        try {
+            abrePasta(caminho);
+        } catch (const ErroPasta& erro) {
+            EXPECT_FALSE(erro.mensagem().isEmpty()) << caminho.toStdString();
+        }
+    }
+    EXPECT_GE(vistos, 9);
 }
 
 TEST(WorkbookWriteTest, AFailedWriteLeavesAnEarlierFileInPlace)
