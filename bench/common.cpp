@@ -24,25 +24,6 @@ QString codigoCultivo(int i) { return QStringLiteral("Soja-1-") + dataAnalise(i)
 
 namespace {
 
-// The peak resident memory is reset before each operation, so that each line shows its own.
-void zeraPico()
-{
-    QFile f(QStringLiteral("/proc/self/clear_refs"));
-    if (f.open(QIODevice::WriteOnly))
-        f.write("5");
-}
-
-long picoKb()
-{
-    QFile f(QStringLiteral("/proc/self/status"));
-    if (!f.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray& linha : f.readAll().split('\n')) {
-        if (linha.startsWith("VmHWM:"))
-            return linha.mid(6).trimmed().split(' ').value(0).toLong();
-    }
-    return -1;
-}
 
 void executa(QSqlQuery& q, const QString& sql)
 {
@@ -107,6 +88,25 @@ void povoa(const QString& caminho)
 }
 
 } // namespace
+
+void zeraPico()
+{
+    QFile f(QStringLiteral("/proc/self/clear_refs"));
+    if (f.open(QIODevice::WriteOnly))
+        f.write("5");
+}
+
+long picoKb()
+{
+    QFile f(QStringLiteral("/proc/self/status"));
+    if (!f.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray& linha : f.readAll().split('\n')) {
+        if (linha.startsWith("VmHWM:"))
+            return linha.mid(6).trimmed().split(' ').value(0).toLong();
+    }
+    return -1;
+}
 
 Medida mede(const QString& operacao, qint64 linhas, const std::function<void(int)>& acao)
 {

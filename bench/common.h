@@ -31,6 +31,11 @@ struct Medida {
     long picoKb = 0;
 };
 
+// The peak resident memory of this process since the last reset, in KiB. A reset also clears what a
+// process inherits from the one that started it.
+void zeraPico();
+long picoKb();
+
 // The median of a few runs, and the peak memory while they ran.
 Medida mede(const QString& operacao, qint64 linhas, const std::function<void(int)>& acao);
 void imprime(const std::vector<Medida>& medidas, long picoVazio);

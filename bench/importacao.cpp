@@ -19,8 +19,6 @@
 
 #include <cstdio>
 
-#include <sys/resource.h>
-
 using namespace lavra;
 using namespace lavra::bench;
 
@@ -65,12 +63,11 @@ long picoDeUmaImportacao(const QString& pasta, const QString& banco)
 
 int importaEMedePico(const QString& pasta, const QString& banco)
 {
+    zeraPico();
     Store db(banco);
     const Pasta p = abrePasta(pasta, OpcoesLeitura{kColunasEscolhiveis});
     ImportaAnalises(db, *p.planilhas.front(), naOrdem());
-    rusage uso{};
-    getrusage(RUSAGE_SELF, &uso);
-    std::printf("%ld\n", uso.ru_maxrss);
+    std::printf("%ld\n", picoKb());
     return 0;
 }
 
