@@ -1,5 +1,6 @@
 #include "xlsxfile.h"
 
+#include "base/numbers.h"
 #include "workbook.h"
 
 #include <QDate>
@@ -9,6 +10,7 @@
 #include <xlsxwriter.h>
 
 #include <algorithm>
+#include <vector>
 
 namespace lavra {
 
@@ -29,72 +31,125 @@ double largura(const QVariant& valor)
 
 } // namespace
 
-void gravaXlsx(const QString& caminho, const QList<FolhaEscrita>& folhas)
-{
-    const QByteArray local = QFile::encodeName(caminho);
+struct EscritorXlsx::Estado {
+    QString caminho;
+    bool existia = false;
+    QByteArray local;
+    lxw_workbook* pasta = nullptr;
+    lxw_format* negrito = nullptr;
+    lxw_format* data = nullptr;
+    lxw_worksheet* folha = nullptr;
+    lxw_row_t linha = 0;
+    std::vector<double> larguras;
+
+    void ajustaLarguras()
+    {
+        for (std::size_t c = 0; folha && c < larguras.size(); ++c) {
+            const auto col = static_cast<lxw_col_t>(c);
+            worksheet_set_column(folha, col, col, std::min(larguras[c] + 2, 80.0), nullptr);
+        }
+        larguras.clear();
+    }
+
     // A failed write never takes away a file that was there before.
-    const bool existia = QFile::exists(caminho);
-    const auto descarta = [&] {
+    void descarta()
+    {
         if (!existia)
             QFile::remove(caminho);
-    };
-    lxw_workbook* pasta = workbook_new(local.constData());
-    if (!pasta)
-        throw ErroPasta(erroGravacao(caminho, QStringLiteral("a pasta de destino não aceita o arquivo.")));
-    lxw_format* negrito = workbook_add_format(pasta);
-    format_set_bold(negrito);
-    lxw_format* data = workbook_add_format(pasta);
-    format_set_num_format(data, "dd/mm/yyyy");
-
-    for (const FolhaEscrita& folha : folhas) {
-        const QByteArray nome = folha.nome.toUtf8();
-        lxw_worksheet* ws = workbook_add_worksheet(pasta, nome.isEmpty() ? nullptr : nome.constData());
-        if (!ws) {
-            workbook_close(pasta);
-            descarta();
-            throw ErroPasta(erroGravacao(caminho, QStringLiteral("nome de planilha inválido: %1.").arg(folha.nome)));
-        }
-        std::vector<double> larguras;
-        for (int l = 0; l < folha.linhas.size(); ++l) {
-            const auto& linha = folha.linhas[l];
-            if (larguras.size() < static_cast<std::size_t>(linha.size()))
-                larguras.resize(static_cast<std::size_t>(linha.size()), 0);
-            for (int c = 0; c < linha.size(); ++c) {
-                const QVariant& v = linha[c];
-                const auto row = static_cast<lxw_row_t>(l);
-                const auto col = static_cast<lxw_col_t>(c);
-                lxw_format* formato = l == 0 ? negrito : nullptr;
-                switch (v.typeId()) {
-                case QMetaType::UnknownType: continue;
-                case QMetaType::QDate: {
-                    const QDate d = v.toDate();
-                    lxw_datetime dt{d.year(), d.month(), d.day(), 0, 0, 0};
-                    worksheet_write_datetime(ws, row, col, &dt, data);
-                    break;
-                }
-                case QMetaType::Int:
-                case QMetaType::LongLong:
-                case QMetaType::Double:
-                case QMetaType::Float: worksheet_write_number(ws, row, col, v.toDouble(), formato); break;
-                case QMetaType::Bool: worksheet_write_boolean(ws, row, col, v.toBool(), formato); break;
-                default: {
-                    const QByteArray texto = v.toString().toUtf8();
-                    worksheet_write_string(ws, row, col, texto.constData(), formato);
-                }
-                }
-                larguras[static_cast<std::size_t>(c)] = std::max(larguras[static_cast<std::size_t>(c)], largura(v));
-            }
-        }
-        for (std::size_t c = 0; c < larguras.size(); ++c) {
-            const auto col = static_cast<lxw_col_t>(c);
-            worksheet_set_column(ws, col, col, std::min(larguras[c] + 2, 80.0), nullptr);
-        }
     }
+};
+
+EscritorXlsx::EscritorXlsx(const QString& caminho, qint64 celulasPrevistas) : m(std::make_unique<Estado>())
+{
+    m->caminho = caminho;
+    m->existia = QFile::exists(caminho);
+    m->local = QFile::encodeName(caminho);
+    lxw_workbook_options opcoes{};
+    opcoes.constant_memory = celulasPrevistas > kCelulasEmMemoria ? LXW_TRUE : LXW_FALSE;
+    m->pasta = workbook_new_opt(m->local.constData(), &opcoes);
+    if (!m->pasta)
+        throw ErroPasta(erroGravacao(caminho, QStringLiteral("a pasta de destino não aceita o arquivo.")));
+    m->negrito = workbook_add_format(m->pasta);
+    format_set_bold(m->negrito);
+    m->data = workbook_add_format(m->pasta);
+    format_set_num_format(m->data, "dd/mm/yyyy");
+}
+
+EscritorXlsx::~EscritorXlsx()
+{
+    if (m->pasta)
+        lxw_workbook_free(m->pasta);
+}
+
+void EscritorXlsx::folha(const QString& nome)
+{
+    m->ajustaLarguras();
+    const QByteArray texto = nome.toUtf8();
+    m->folha = workbook_add_worksheet(m->pasta, texto.isEmpty() ? nullptr : texto.constData());
+    if (!m->folha)
+        throw ErroPasta(erroGravacao(m->caminho, QStringLiteral("nome de planilha inválido: %1.").arg(nome)));
+    m->linha = 0;
+}
+
+void EscritorXlsx::linha(const QVector<QVariant>& valores)
+{
+    if (!m->folha)
+        folha(QString());
+    const lxw_row_t row = m->linha++;
+    if (m->larguras.size() < static_cast<std::size_t>(valores.size()))
+        m->larguras.resize(static_cast<std::size_t>(valores.size()), 0);
+    lxw_format* formato = row == 0 ? m->negrito : nullptr;
+    for (int c = 0; c < valores.size(); ++c) {
+        const QVariant& v = valores[c];
+        const auto col = static_cast<lxw_col_t>(c);
+        switch (v.typeId()) {
+        case QMetaType::UnknownType: continue;
+        case QMetaType::QDate: {
+            const QDate d = v.toDate();
+            lxw_datetime dt{d.year(), d.month(), d.day(), 0, 0, 0};
+            worksheet_write_datetime(m->folha, row, col, &dt, m->data);
+            break;
+        }
+        // A single goes in as the number it reads as, 0.1 and not 0.100000001.
+        case QMetaType::Float: worksheet_write_number(m->folha, row, col, widenShortest(v.toFloat()), formato); break;
+        case QMetaType::Int:
+        case QMetaType::LongLong:
+        case QMetaType::Double: worksheet_write_number(m->folha, row, col, v.toDouble(), formato); break;
+        case QMetaType::Bool: worksheet_write_boolean(m->folha, row, col, v.toBool(), formato); break;
+        default: {
+            const QByteArray texto = v.toString().toUtf8();
+            worksheet_write_string(m->folha, row, col, texto.constData(), formato);
+        }
+        }
+        auto& maior = m->larguras[static_cast<std::size_t>(c)];
+        maior = std::max(maior, largura(v));
+    }
+}
+
+void EscritorXlsx::fecha()
+{
+    m->ajustaLarguras();
+    lxw_workbook* pasta = std::exchange(m->pasta, nullptr);
     const lxw_error erro = workbook_close(pasta);
     if (erro != LXW_NO_ERROR) {
-        descarta();
-        throw ErroPasta(erroGravacao(caminho, QString::fromUtf8(lxw_strerror(erro))));
+        m->descarta();
+        throw ErroPasta(erroGravacao(m->caminho, QString::fromUtf8(lxw_strerror(erro))));
     }
+}
+
+void gravaXlsx(const QString& caminho, const QList<FolhaEscrita>& folhas)
+{
+    qint64 celulas = 0;
+    for (const FolhaEscrita& folha : folhas)
+        for (const auto& linha : folha.linhas)
+            celulas += linha.size();
+    EscritorXlsx escritor(caminho, celulas);
+    for (const FolhaEscrita& folha : folhas) {
+        escritor.folha(folha.nome);
+        for (const auto& linha : folha.linhas)
+            escritor.linha(linha);
+    }
+    escritor.fecha();
 }
 
 } // namespace lavra

@@ -3,6 +3,7 @@
 #include "cursor.h"
 #include "schema.h"
 
+#include <QMap>
 #include <QSqlDatabase>
 #include <QString>
 #include <QVariant>
@@ -73,5 +74,9 @@ private:
 QVariant convertForColumn(const QVariant& value, ColumnType type);
 // A converted value as the file keeps it: dates as ISO text, singles in their shortest form.
 QVariant toStorage(const QVariant& value, ColumnType type);
+// A stored value as a cursor gives it: dates as dates, singles as floats, null as null.
+QVariant fromStorage(const QVariant& stored, ColumnType type);
+// The declared kind of each column of a table, by its name in lower case.
+QMap<QString, ColumnType> declaredTypes(const QSqlDatabase& db, const QString& table);
 
 } // namespace lavra

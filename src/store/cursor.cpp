@@ -33,6 +33,8 @@ QString singleSourceTable(const QString& sql)
     return unquoteIdentifier(match.captured(1));
 }
 
+} // namespace
+
 QMap<QString, ColumnType> declaredTypes(const QSqlDatabase& db, const QString& table)
 {
     QMap<QString, ColumnType> types;
@@ -43,8 +45,6 @@ QMap<QString, ColumnType> declaredTypes(const QSqlDatabase& db, const QString& t
     }
     return types;
 }
-
-} // namespace
 
 QVariant toStorage(const QVariant& value, ColumnType type)
 {
@@ -132,7 +132,7 @@ void Cursor::open(const QString& sql, const QVariantList& values, const Connecti
     m_position = m_rows.isEmpty() ? -1 : 0;
 }
 
-QVariant Cursor::fromStorage(const QVariant& stored, ColumnType type) const
+QVariant fromStorage(const QVariant& stored, ColumnType type)
 {
     if (stored.isNull())
         return {};

@@ -83,7 +83,6 @@ private:
     void requireCurrent() const;
     void requireUpdatable() const;
     void saveIfEditing();
-    QVariant fromStorage(const QVariant& stored, ColumnType type) const;
 
     std::shared_ptr<DatabaseFile> m_file;
     QString m_table;

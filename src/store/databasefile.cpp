@@ -1,6 +1,7 @@
 #include "databasefile.h"
 
 #include "changenotifier.h"
+#include "engine.h"
 #include "errortext.h"
 
 #include <QCoreApplication>
@@ -125,6 +126,7 @@ DatabaseFile::DatabaseFile(QString path) : m_path(std::move(path)), m_key(canoni
         QSqlDatabase::removeDatabase(m_name);
         throw error;
     }
+    registraFuncoes(db);
 }
 
 DatabaseFile::~DatabaseFile()

@@ -15,6 +15,7 @@
 #include "report/ui/windows.h"
 #include "store/database.h"
 #include "store/storeerror.h"
+#include "tools/ui/windows.h"
 #include "translations.h"
 
 #include <QApplication>
@@ -48,6 +49,9 @@ void Aplicacao::registraJanelas()
     };
     m_windows.registerWindow(janela::kCadAnalise, with(criaFrmCadAnalise), Modo::Modal);
     m_windows.registerWindow(janela::kImportaAnalise, with(criaFrmImportaAnalise), Modo::Modal);
+    m_windows.registerWindow(janela::kRelat, with(criaFrmRelat));
+    m_windows.registerWindow(janela::kCopiaBd, with(criaFrmCopiaBd), Modo::Modal);
+    m_windows.registerWindow(janela::kConvert, with(criaFrmConvert));
     m_windows.registerWindow(janela::kCliente, with(criaFrmCliente), Modo::Modal);
     m_windows.registerWindow(janela::kCadCli, with(criaFrmCadCli), Modo::Modal);
     m_windows.registerWindow(janela::kFertiliz, with(criaFrmFertiliz), Modo::Modal);

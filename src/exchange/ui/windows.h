@@ -4,7 +4,9 @@
 
 namespace lavra::ui {
 
-// The windows that bring data in from elsewhere, built by name through the window registry.
+// The windows that bring data in from elsewhere or take it out, built by name through the window registry.
 QWidget* criaFrmImportaAnalise(Session& session, WindowRegistry& windows);
+QWidget* criaFrmRelat(Session& session, WindowRegistry& windows);
+QWidget* criaFrmCopiaBd(Session& session, WindowRegistry& windows);
 
 } // namespace lavra::ui

@@ -62,6 +62,9 @@ FrmCadAnalise::FrmCadAnalise(Session& session, WindowRegistry& windows, QWidget*
     connect(&eventos, &Eventos::analiseEscolhida, this, &FrmCadAnalise::Carrega);
     connect(&eventos, &Eventos::escolhaDeAnaliseCancelada, this, &FrmCadAnalise::escolhaCancelada);
     connect(&eventos, &Eventos::valorParaAnalise, this, [this](const QString& campo, const QString& valor) {
+        // The converter's button does nothing while the form is not on the screen.
+        if (!isVisible())
+            return;
         if (auto* caixa = findChild<QLineEdit*>(campo))
             caixa->setText(valor);
     });

@@ -1,0 +1,57 @@
+#include "andamento.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+
+#include <limits>
+
+namespace lavra::ui {
+
+Andamento::Andamento(QProgressBar* barra, QLabel* rotulo, QPushButton* cancela)
+    : m_barra(barra), m_rotulo(rotulo), m_cancela(cancela)
+{
+    QObject::connect(m_cancela, &QPushButton::clicked, m_cancela, [this] { m_cancelado = true; });
+    m_cancela->setEnabled(false);
+}
+
+void Andamento::comeca(const QString& texto)
+{
+    m_cancelado = false;
+    m_emCurso = true;
+    m_barra->setRange(0, 1);
+    m_barra->setValue(0);
+    m_cancela->setEnabled(true);
+    m_cancela->setFocus();
+    etapa(texto);
+    m_relogio.start();
+}
+
+bool Andamento::passo(qint64 feitos, qint64 total)
+{
+    if (m_relogio.elapsed() >= 50 || feitos >= total) {
+        // The bar counts in ints; a larger total is shown in proportion.
+        const qint64 escala = total > std::numeric_limits<int>::max() ? total / 1'000'000 + 1 : 1;
+        m_barra->setRange(0, static_cast<int>(std::max<qint64>(1, total / escala)));
+        m_barra->setValue(static_cast<int>(feitos / escala));
+        QApplication::processEvents();
+        m_relogio.restart();
+    }
+    return !m_cancelado;
+}
+
+void Andamento::etapa(const QString& texto)
+{
+    m_rotulo->setText(texto);
+    QApplication::processEvents();
+}
+
+void Andamento::termina(const QString& texto)
+{
+    m_emCurso = false;
+    m_cancela->setEnabled(false);
+    m_rotulo->setText(texto);
+}
+
+} // namespace lavra::ui

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QString>
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+
+namespace lavra::ui {
+
+// Long work done on the window's own thread: the bar and its line of text are repainted, and the
+// Cancel button heard, a few times a second rather than at every step.
+class Andamento {
+public:
+    Andamento(QProgressBar* barra, QLabel* rotulo, QPushButton* cancela);
+
+    // Begins a piece of work under that text; the bar is empty and Cancel is enabled.
+    void comeca(const QString& texto);
+    // Where the work stands; false once the user asked to stop.
+    bool passo(qint64 feitos, qint64 total);
+    // A new line of text, shown at once.
+    void etapa(const QString& texto);
+    // Ends the work with that text; Cancel is disabled again.
+    void termina(const QString& texto);
+
+    void cancela() { m_cancelado = true; }
+    bool emCurso() const { return m_emCurso; }
+
+private:
+    QProgressBar* m_barra;
+    QLabel* m_rotulo;
+    QPushButton* m_cancela;
+    QElapsedTimer m_relogio;
+    bool m_cancelado = false;
+    bool m_emCurso = false;
+};
+
+} // namespace lavra::ui
