@@ -51,6 +51,7 @@ bench: build
 	./$(BUILD_DIR)/bench/lavra_bench
 	./$(BUILD_DIR)/bench/lavra_bench_janelas
 	./$(BUILD_DIR)/bench/lavra_bench_importacao
+	./$(BUILD_DIR)/bench/lavra_bench_consultas
 
 # Runs each reader under libFuzzer for FUZZ_SECONDS, one after another, from the corpus kept in
 # $(FUZZ_DIR)/corpus/<format> (seeded with workbooks the project's writers make) and the files of

@@ -150,7 +150,10 @@ void resetMachineLocale() { localeOverride().reset(); }
 
 QChar decimalSymbol()
 {
-    return machineLocale().toString(0.5).at(1);
+    // The locale's own symbol is what it writes 0.5 with, and is read without formatting a number:
+    // this runs for every number a query writes.
+    const QString symbol = machineLocale().decimalPoint();
+    return symbol.isEmpty() ? QLatin1Char('.') : symbol.at(0);
 }
 
 std::optional<double> parseNumber(const QString& text) { return readNumber(text, false); }

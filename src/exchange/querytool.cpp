@@ -12,6 +12,9 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <chrono>
+#include <future>
+
 namespace lavra {
 
 namespace {
@@ -253,16 +256,27 @@ public:
 
 class DestinoPlanilha final : public Destino {
 public:
-    DestinoPlanilha(const QString& caminho, qint64 celulas) : m_escritor(caminho, celulas)
+    DestinoPlanilha(const QString& caminho, qint64 celulas, std::function<void()> espera)
+        : m_escritor(caminho, celulas), m_espera(std::move(espera))
     {
         m_escritor.folha(QStringLiteral("Plan1"));
     }
     void colunas(const QStringList& nomes) override { m_escritor.linha(QVector<QVariant>(nomes.begin(), nomes.end())); }
     void linha(const QVector<QVariant>& valores) override { m_escritor.linha(valores); }
-    void fecha() override { m_escritor.fecha(); }
+    void fecha() override
+    {
+        // Packing a large workbook takes seconds; it runs aside so that the window can say so.
+        auto tarefa = std::async(std::launch::async, [this] { m_escritor.fecha(); });
+        while (tarefa.wait_for(std::chrono::milliseconds(40)) != std::future_status::ready) {
+            if (m_espera)
+                m_espera();
+        }
+        tarefa.get();
+    }
 
 private:
     EscritorXlsx m_escritor;
+    std::function<void()> m_espera;
 };
 
 // The text file: an empty line, the request, an empty line, the column names and the rows, each
@@ -332,7 +346,7 @@ ResultadoConsulta GeraConsulta(const Store& db, const PedidoConsulta& pedido, Sa
         nomes << leitor.columnName(i);
     std::unique_ptr<Destino> destino;
     if (saida == SaidaConsulta::Planilha) {
-        destino = std::make_unique<DestinoPlanilha>(caminho, total * leitor.columnCount());
+        destino = std::make_unique<DestinoPlanilha>(caminho, total * leitor.columnCount(), progresso.gravando);
     } else {
         const QString texto = QStringList{origensConsulta()[pedido.origem].texto, pedido.campos[pedido.campo].nome,
                                           criteriosConsulta()[pedido.criterio], pedido.informacao}
@@ -346,7 +360,7 @@ ResultadoConsulta GeraConsulta(const Store& db, const PedidoConsulta& pedido, Sa
             valores[i] = leitor.value(i);
         destino->linha(valores);
         ++resultado.linhas;
-        if (progresso && !progresso(resultado.linhas, total)) {
+        if (progresso.linha && !progresso.linha(resultado.linhas, total)) {
             resultado.cancelada = true;
             return resultado;
         }

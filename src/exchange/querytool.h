@@ -64,8 +64,12 @@ ComandoConsulta MontaConsulta(const PedidoConsulta& pedido);
 
 enum class SaidaConsulta { Planilha, Texto };
 
-// Rows written so far and rows to write; false stops the work.
-using ProgressoConsulta = std::function<bool(qint64 feitas, qint64 total)>;
+// Rows written so far and rows to write, false to stop; then, every few hundredths of a second
+// while the workbook is packed into its file, which cannot be stopped, gravando.
+struct ProgressoConsulta {
+    std::function<bool(qint64 feitas, qint64 total)> linha;
+    std::function<void()> gravando;
+};
 
 struct ResultadoConsulta {
     qint64 linhas = 0;

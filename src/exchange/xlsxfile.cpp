@@ -21,6 +21,8 @@ QString erroGravacao(const QString& caminho, const QString& motivo)
     return QStringLiteral("Não foi possível gravar a planilha %1: %2").arg(QFileInfo(caminho).fileName(), motivo);
 }
 
+constexpr lxw_row_t kLinhasMedidas = 2000;
+
 // Widths in characters, as the spreadsheet program counts them, with a little room.
 double largura(const QVariant& valor)
 {
@@ -121,8 +123,12 @@ void EscritorXlsx::linha(const QVector<QVariant>& valores)
             worksheet_write_string(m->folha, row, col, texto.constData(), formato);
         }
         }
-        auto& maior = m->larguras[static_cast<std::size_t>(c)];
-        maior = std::max(maior, largura(v));
+        // The widths follow the first rows; measuring every cell of a large sheet costs more than
+        // writing it.
+        if (row < kLinhasMedidas) {
+            auto& maior = m->larguras[static_cast<std::size_t>(c)];
+            maior = std::max(maior, largura(v));
+        }
     }
 }
 

@@ -199,7 +199,7 @@ TEST_F(QueryToolTest, NothingFoundWritesNothingAndACancelKeepsTheOldFile)
     ASSERT_TRUE(antigo.open(QIODevice::WriteOnly));
     antigo.write("antigo");
     antigo.close();
-    const auto para = [](qint64 feitas, qint64) { return feitas < 2; };
+    const ProgressoConsulta para{[](qint64 feitas, qint64) { return feitas < 2; }, {}};
     EXPECT_TRUE(GeraConsulta(db, pedido(kClientes, "Cidade", "igual a", "ijuí"), SaidaConsulta::Texto, caminho, para).cancelada);
     ASSERT_TRUE(antigo.open(QIODevice::ReadOnly));
     EXPECT_EQ(antigo.readAll(), "antigo");

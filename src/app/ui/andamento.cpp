@@ -41,6 +41,16 @@ bool Andamento::passo(qint64 feitos, qint64 total)
     return !m_cancelado;
 }
 
+void Andamento::aguarda(const QString& texto)
+{
+    if (m_rotulo->text() != texto) {
+        m_cancela->setEnabled(false);
+        m_barra->setRange(0, 0);
+        m_rotulo->setText(texto);
+    }
+    QApplication::processEvents();
+}
+
 void Andamento::etapa(const QString& texto)
 {
     m_rotulo->setText(texto);
@@ -51,6 +61,11 @@ void Andamento::termina(const QString& texto)
 {
     m_emCurso = false;
     m_cancela->setEnabled(false);
+    // A bar left busy by a wait shows the work done.
+    if (m_barra->maximum() == 0) {
+        m_barra->setRange(0, 1);
+        m_barra->setValue(1);
+    }
     m_rotulo->setText(texto);
 }
 

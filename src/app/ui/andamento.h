@@ -19,6 +19,9 @@ public:
     void comeca(const QString& texto);
     // Where the work stands; false once the user asked to stop.
     bool passo(qint64 feitos, qint64 total);
+    // A wait of unknown length under that text: the bar only shows that work goes on; Cancel is
+    // disabled, as the work cannot stop.
+    void aguarda(const QString& texto);
     // A new line of text, shown at once.
     void etapa(const QString& texto);
     // Ends the work with that text; Cancel is disabled again.

@@ -191,13 +191,10 @@ private:
         ResultadoConsulta resultado;
         bool falhou = false;
         try {
-            resultado = GeraConsulta(m_session.db, pedido, saida, caminho, [this](qint64 feitas, qint64 total) {
-                if (!m_gravando && feitas >= total) {
-                    m_gravando = true;
-                    m_andamento->etapa(QStringLiteral("Gravando o arquivo..."));
-                }
-                return m_andamento->passo(feitas, total);
-            });
+            ProgressoConsulta progresso;
+            progresso.linha = [this](qint64 feitas, qint64 total) { return m_andamento->passo(feitas, total); };
+            progresso.gravando = [this] { m_andamento->aguarda(QStringLiteral("Gravando a planilha...")); };
+            resultado = GeraConsulta(m_session.db, pedido, saida, caminho, progresso);
         } catch (const StoreError& erro) {
             falhou = true;
             m_andamento->termina(QStringLiteral("Erro na consulta."));
@@ -231,7 +228,6 @@ private:
 
     void emAndamento(bool sim)
     {
-        m_gravando = false;
         for (QWidget* w : std::initializer_list<QWidget*>{m_tabs, m_campos, m_crit, m_info, m_excel, m_bloco, m_gera})
             w->setEnabled(!sim);
     }
@@ -249,7 +245,6 @@ private:
     QLabel* m_progresso = nullptr;
     std::optional<Andamento> m_andamento;
     QList<CampoConsulta> m_listados;
-    bool m_gravando = false;
     bool m_fecharDepois = false;
 };
 
