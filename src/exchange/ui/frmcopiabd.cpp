@@ -112,6 +112,7 @@ public:
         m_barra = new QProgressBar(this);
         m_barra->setObjectName(QStringLiteral("pgbCopia"));
         m_barra->setValue(0);
+        m_barra->setTextVisible(false);
         m_interrompe = new QPushButton(QStringLiteral("Interromper"), this);
         m_interrompe->setObjectName(QStringLiteral("cmdInterrompe"));
         andamento->addWidget(m_barra, 1);
@@ -129,12 +130,21 @@ public:
         layout->addWidget(origem);
         m_andamento.emplace(m_barra, m_progresso, m_interrompe);
 
-        connect(m_drive, &QComboBox::activated, this, [this] { vaiPara(m_drive->currentData().toString()); });
+        connect(m_drive, &QComboBox::activated, this, [this] { mostraDisco(m_drive->currentIndex()); });
         connect(m_dir->selectionModel(), &QItemSelectionModel::selectionChanged, this, &FrmCopiaBd::escolhePasta);
         connect(m_salvar, &QPushButton::clicked, this, &FrmCopiaBd::salva);
         connect(m_nome, &QLineEdit::returnPressed, this, &FrmCopiaBd::salva);
         connect(m_fechar, &QPushButton::clicked, this, &QWidget::close);
-        vaiPara(pastaInicial(false));
+        // The disk that holds the folder of the user's documents, and that folder.
+        const QString inicial = pastaInicial(false);
+        int disco = 0;
+        for (int i = 0; i < m_drive->count(); ++i) {
+            const QString raiz = m_drive->itemData(i).toString();
+            if (inicial.startsWith(raiz) && raiz.size() > m_drive->itemData(disco).toString().size())
+                disco = i;
+        }
+        m_drive->setCurrentIndex(disco);
+        vaiPara(inicial);
         resize(640, 520);
     }
 
@@ -152,6 +162,9 @@ protected:
     }
 
 private:
+    // The whole tree stays in view, so that one can always go up; a disk is where it begins.
+    void mostraDisco(int indice) { vaiPara(m_drive->itemData(indice).toString()); }
+
     void vaiPara(const QString& pasta)
     {
         const QModelIndex indice = m_modelo->index(pasta);

@@ -113,6 +113,7 @@ public:
         m_barra = new QProgressBar(this);
         m_barra->setObjectName(QStringLiteral("pgbConsulta"));
         m_barra->setValue(0);
+        m_barra->setTextVisible(false);
         layout->addWidget(m_barra);
         m_progresso = new QLabel(this);
         m_progresso->setObjectName(QStringLiteral("lblProgres"));
