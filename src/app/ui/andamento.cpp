@@ -1,11 +1,13 @@
 #include "andamento.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
 
 #include <limits>
+#include <utility>
 
 namespace lavra::ui {
 
@@ -55,6 +57,22 @@ void Andamento::etapa(const QString& texto)
 {
     m_rotulo->setText(texto);
     QApplication::processEvents();
+}
+
+bool Andamento::adiaFechamento(QCloseEvent* event)
+{
+    if (!m_emCurso)
+        return false;
+    m_cancelado = true;
+    m_fecharDepois = true;
+    event->ignore();
+    return true;
+}
+
+void Andamento::fechaSeAdiado(QWidget* janela)
+{
+    if (std::exchange(m_fecharDepois, false))
+        janela->close();
 }
 
 void Andamento::termina(const QString& texto)

@@ -3,9 +3,11 @@
 #include <QElapsedTimer>
 #include <QString>
 
+class QCloseEvent;
 class QLabel;
 class QProgressBar;
 class QPushButton;
+class QWidget;
 
 namespace lavra::ui {
 
@@ -30,6 +32,12 @@ public:
     void cancela() { m_cancelado = true; }
     bool emCurso() const { return m_emCurso; }
 
+    // A window closed while its work goes on stops the work first and closes once it has ended:
+    // true when the close was put off.
+    bool adiaFechamento(QCloseEvent* event);
+    // Closes the window whose close was put off.
+    void fechaSeAdiado(QWidget* janela);
+
 private:
     QProgressBar* m_barra;
     QLabel* m_rotulo;
@@ -37,6 +45,7 @@ private:
     QElapsedTimer m_relogio;
     bool m_cancelado = false;
     bool m_emCurso = false;
+    bool m_fecharDepois = false;
 };
 
 } // namespace lavra::ui

@@ -2,6 +2,7 @@
 #include "app/ui/andamento.h"
 #include "app/ui/dialogs.h"
 #include "app/ui/messages.h"
+#include "app/ui/widgets.h"
 #include "exchange/dbcopy.h"
 #include "store/storeerror.h"
 #include "windows.h"
@@ -151,14 +152,8 @@ public:
 protected:
     void closeEvent(QCloseEvent* event) override
     {
-        // A copy under way is stopped first; its unfinished file goes.
-        if (m_andamento->emCurso()) {
-            m_andamento->cancela();
-            m_fecharDepois = true;
-            event->ignore();
-            return;
-        }
-        QWidget::closeEvent(event);
+        if (!m_andamento->adiaFechamento(event))
+            QWidget::closeEvent(event);
     }
 
 private:
@@ -240,13 +235,13 @@ private:
             emAndamento(false);
             m_andamento->termina(QStringLiteral("A cópia não foi feita."));
             erroBanco(this, erro);
-            return fechaSePedido();
+            return m_andamento->fechaSeAdiado(this);
         }
         emAndamento(false);
         listaArquivos();
         if (!feita) {
             m_andamento->termina(QStringLiteral("Cópia interrompida; nada foi gravado."));
-            return fechaSePedido();
+            return m_andamento->fechaSeAdiado(this);
         }
         m_andamento->termina(QStringLiteral("Cópia verificada: %1").arg(QDir::toNativeSeparators(CaminhoDaCopia(m_pasta, nome))));
         informacao(this, nome + QStringLiteral(" Copiado com sucesso"));
@@ -256,12 +251,6 @@ private:
     {
         for (QWidget* w : std::initializer_list<QWidget*>{m_drive, m_dir, m_nome, m_salvar, m_fechar})
             w->setEnabled(!sim);
-    }
-
-    void fechaSePedido()
-    {
-        if (m_fecharDepois)
-            close();
     }
 
     Session& m_session;
@@ -278,7 +267,6 @@ private:
     QLabel* m_progresso = nullptr;
     std::optional<Andamento> m_andamento;
     QString m_pasta;
-    bool m_fecharDepois = false;
 };
 
 } // namespace

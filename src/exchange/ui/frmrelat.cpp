@@ -3,6 +3,7 @@
 #include "app/ui/desktop.h"
 #include "app/ui/dialogs.h"
 #include "app/ui/messages.h"
+#include "app/ui/widgets.h"
 #include "base/numbers.h"
 #include "exchange/querytool.h"
 #include "exchange/workbook.h"
@@ -31,11 +32,6 @@ namespace lavra::ui {
 namespace {
 
 // Rows one picks in a list are the rows the user selected, not the one the list made current.
-int linhaEscolhida(const QListWidget* lista)
-{
-    const auto escolhidos = lista->selectedItems();
-    return escolhidos.isEmpty() ? -1 : lista->row(escolhidos.first());
-}
 
 // The workbook of a query goes where passing files go, under a name of its own, so that one
 // still open in the spreadsheet program is never written over; the user saves it where wanted.
@@ -68,9 +64,11 @@ public:
             m_tabs->addItem(origem.texto);
         m_campos = new QListWidget(this);
         m_campos->setObjectName(QStringLiteral("lstCampos"));
-        listas->addWidget(rotulo(QStringLiteral("1º: Selecione a origem dos dados"), m_tabs), 0, 0);
+        semEscolhaInicial(m_tabs);
+        semEscolhaInicial(m_campos);
+        listas->addWidget(rotulo(QStringLiteral("1º: Selecione a origem dos dados"), m_tabs, this), 0, 0);
         listas->addWidget(m_tabs, 1, 0);
-        listas->addWidget(rotulo(QStringLiteral("2º Selecione o campo para filtrar os dados"), m_campos), 0, 1);
+        listas->addWidget(rotulo(QStringLiteral("2º Selecione o campo para filtrar os dados"), m_campos, this), 0, 1);
         listas->addWidget(m_campos, 1, 1);
         layout->addLayout(listas);
 
@@ -79,12 +77,12 @@ public:
         m_crit->addItems(criteriosConsulta());
         m_crit->setCurrentIndex(-1);
         m_crit->setPlaceholderText(QStringLiteral("(escolha)"));
-        layout->addWidget(rotulo(QStringLiteral("3º Escolha o critério de filtragem"), m_crit));
+        layout->addWidget(rotulo(QStringLiteral("3º Escolha o critério de filtragem"), m_crit, this));
         layout->addWidget(m_crit);
 
         m_info = new QLineEdit(this);
         m_info->setObjectName(QStringLiteral("txtInfoCrit"));
-        layout->addWidget(rotulo(QStringLiteral("4º Defina a informação para  o critério de filltragem"), m_info));
+        layout->addWidget(rotulo(QStringLiteral("4º Defina a informação para  o critério de filltragem"), m_info, this));
         layout->addWidget(m_info);
 
         auto* frame = new QGroupBox(QStringLiteral("Arquivo de saída dos dados da consulta"), this);
@@ -129,24 +127,11 @@ public:
 protected:
     void closeEvent(QCloseEvent* event) override
     {
-        // A query under way is stopped first; the window closes once it has let go of its file.
-        if (m_andamento->emCurso()) {
-            m_andamento->cancela();
-            m_fecharDepois = true;
-            event->ignore();
-            return;
-        }
-        QWidget::closeEvent(event);
+        if (!m_andamento->adiaFechamento(event))
+            QWidget::closeEvent(event);
     }
 
 private:
-    QLabel* rotulo(const QString& texto, QWidget* campo)
-    {
-        auto* l = new QLabel(texto, this);
-        l->setBuddy(campo);
-        return l;
-    }
-
     void escolheOrigem()
     {
         const int origem = linhaEscolhida(m_tabs);
@@ -208,8 +193,7 @@ private:
         emAndamento(false);
         if (!falhou)
             conclui(resultado, caminho);
-        if (m_fecharDepois)
-            close();
+        m_andamento->fechaSeAdiado(this);
     }
 
     void conclui(const ResultadoConsulta& resultado, const QString& caminho)
@@ -246,7 +230,6 @@ private:
     QLabel* m_progresso = nullptr;
     std::optional<Andamento> m_andamento;
     QList<CampoConsulta> m_listados;
-    bool m_fecharDepois = false;
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "app/events.h"
 #include "app/session.h"
 #include "app/ui/fieldchecks.h"
+#include "app/ui/widgets.h"
 #include "tools/converter.h"
 #include "windows.h"
 
@@ -15,11 +16,6 @@ namespace lavra::ui {
 
 namespace {
 
-int linhaEscolhida(const QListWidget* lista)
-{
-    const auto escolhidos = lista->selectedItems();
-    return escolhidos.isEmpty() ? -1 : lista->row(escolhidos.first());
-}
 
 // A laboratory's figure in the unit the analysis register expects, handed to it on request.
 class FrmConvert final : public QWidget {
@@ -39,6 +35,7 @@ public:
         }
         m_unid = new QListWidget(this);
         m_unid->setObjectName(QStringLiteral("lstUnid"));
+        semEscolhaInicial(m_unid);
         m_fator = new QListWidget(this);
         m_fator->setObjectName(QStringLiteral("lstFator"));
         m_fator->hide();
@@ -52,18 +49,18 @@ public:
         m_inclui = new QPushButton(QStringLiteral("Incluir"), this);
         m_inclui->setObjectName(QStringLiteral("cmdInclui"));
 
-        grade->addWidget(rotulo(QStringLiteral("Elemento"), m_elem), 0, 0);
-        grade->addWidget(rotulo(QStringLiteral("Expresso em"), m_unid), 0, 1);
+        grade->addWidget(rotulo(QStringLiteral("Elemento"), m_elem, this), 0, 0);
+        grade->addWidget(rotulo(QStringLiteral("Expresso em"), m_unid, this), 0, 1);
         grade->addWidget(m_elem, 1, 0, 4, 1);
         grade->addWidget(m_unid, 1, 1, 4, 1);
-        grade->addWidget(rotulo(QStringLiteral("Converter"), m_val), 0, 2, 1, 2);
+        grade->addWidget(rotulo(QStringLiteral("Converter"), m_val, this), 0, 2, 1, 2);
         grade->addWidget(m_val, 1, 2, 1, 2);
         auto* igual = new QLabel(QStringLiteral("="), this);
         grade->addWidget(igual, 2, 2);
         grade->addWidget(m_result, 3, 2);
         grade->addWidget(m_lblUnid, 3, 3);
-        grade->addWidget(rotulo(QStringLiteral("Incluir no campo"), m_inclui), 5, 0);
-        grade->addWidget(rotulo(QStringLiteral("Para:"), m_para), 5, 1, Qt::AlignRight);
+        grade->addWidget(rotulo(QStringLiteral("Incluir no campo"), m_inclui, this), 5, 0);
+        grade->addWidget(rotulo(QStringLiteral("Para:"), m_para, this), 5, 1, Qt::AlignRight);
         grade->addWidget(m_para, 5, 2);
         grade->addWidget(m_inclui, 5, 3);
         grade->setRowStretch(4, 1);
@@ -83,13 +80,6 @@ public:
     }
 
 private:
-    QLabel* rotulo(const QString& texto, QWidget* campo)
-    {
-        auto* l = new QLabel(texto, this);
-        l->setBuddy(campo);
-        return l;
-    }
-
     void escolheElemento()
     {
         const int e = linhaEscolhida(m_elem);
