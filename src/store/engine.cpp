@@ -80,7 +80,9 @@ QString textoDaFalha(int code, const QString& words, StoreError::Access access)
 
 StoreError falha(sqlite3* handle, int code, const QString& contexto, StoreError::Access access)
 {
-    const QString words = QString::fromUtf8(handle ? sqlite3_errmsg(handle) : sqlite3_errstr(code));
+    // A failure of a backup step may be the other handle's; the code's own words then.
+    const bool proprio = handle && sqlite3_errcode(handle) != SQLITE_OK;
+    const QString words = QString::fromUtf8(proprio ? sqlite3_errmsg(handle) : sqlite3_errstr(code));
     return StoreError(contexto + QLatin1Char(' ') + textoDaFalha(code & 0xff, words, access), words, access);
 }
 
@@ -111,11 +113,10 @@ bool copiaArquivoDeBanco(const QString& origem, const QString& destino, const Pr
     const QString lendo = QStringLiteral("Não foi possível ler o banco de dados.");
     const QString gravando = QStringLiteral("Não foi possível gravar a cópia.");
     Handle fonte = abre(origem, SQLITE_OPEN_READONLY, lendo, StoreError::Access::Read);
-    // The copy is begun only on a file that is a database: an empty one would copy as nothing.
+    // A file that is no database, or a damaged one, is told before anything is written.
     if (sqlite3_exec(fonte.get(), "SELECT count(*) FROM sqlite_schema", nullptr, nullptr, nullptr) != SQLITE_OK)
         throw falha(fonte.get(), sqlite3_errcode(fonte.get()), lendo, StoreError::Access::Read);
 
-    bool completa = false;
     {
         Handle alvo = abre(destino, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, gravando, StoreError::Access::Write);
         const auto apaga = [&] {
@@ -159,16 +160,17 @@ bool copiaArquivoDeBanco(const QString& origem, const QString& destino, const Pr
             return false;
         }
         if (code != SQLITE_DONE || fim != SQLITE_OK) {
-            const bool leitura = code == SQLITE_BUSY || code == SQLITE_LOCKED;
+            const int primario = code & 0xff;
+            const bool leitura = primario == SQLITE_BUSY || primario == SQLITE_LOCKED || primario == SQLITE_CORRUPT
+                || primario == SQLITE_NOTADB;
             const StoreError erro = leitura ? falha(fonte.get(), code, lendo, StoreError::Access::Read)
                                             : falha(alvo.get(), code == SQLITE_DONE ? fim : code, gravando,
                                                     StoreError::Access::Write);
             apaga();
             throw erro;
         }
-        completa = true;
     }
-    return completa;
+    return true;
 }
 
 QStringList verificaIntegridade(const QString& caminho)

@@ -1,4 +1,6 @@
 #include "exchange/dbcopy.h"
+#include "heldfile.h"
+#include "store/databasefile.h"
 #include "store/storeerror.h"
 #include "testsupport.h"
 
@@ -146,6 +148,21 @@ TEST_F(DbCopyTest, AFailedOrStoppedCopyLeavesTheOldFile)
     escreve(estragado, QByteArray(8192, 'x'));
     EXPECT_THROW(CopiaBanco(estragado, alvo("copia"), alvo("copia")), StoreError);
     EXPECT_EQ(le(alvo("copia")), "cópia antiga");
+
+    // A database another program is writing to: told after the usual wait.
+    const int espera = DatabaseFile::busyTimeout();
+    DatabaseFile::setBusyTimeout(50);
+    {
+        test::HeldFile outro(scratch.path());
+        ASSERT_TRUE(outro.held());
+        try {
+            CopiaBanco(scratch.path(), alvo("copia"), alvo("copia"));
+            ADD_FAILURE() << "copied a held file";
+        } catch (const StoreError& erro) {
+            EXPECT_TRUE(erro.message().contains(QStringLiteral("em uso por outro programa"))) << erro.what();
+        }
+    }
+    DatabaseFile::setBusyTimeout(espera);
 
     EXPECT_FALSE(CopiaBanco(scratch.path(), alvo("copia"), alvo("copia"), [](int, int) { return false; }));
     EXPECT_EQ(le(alvo("copia")), "cópia antiga");
