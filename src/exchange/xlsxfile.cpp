@@ -145,11 +145,9 @@ void EscritorXlsx::fecha()
 
 void gravaXlsx(const QString& caminho, const QList<FolhaEscrita>& folhas)
 {
-    qint64 celulas = 0;
-    for (const FolhaEscrita& folha : folhas)
-        for (const auto& linha : folha.linhas)
-            celulas += linha.size();
-    EscritorXlsx escritor(caminho, celulas);
+    // The rows are in memory already; the workbook keeps its texts in the shared list, which
+    // every reader takes, the import's among them.
+    EscritorXlsx escritor(caminho);
     for (const FolhaEscrita& folha : folhas) {
         escritor.folha(folha.nome);
         for (const auto& linha : folha.linhas)

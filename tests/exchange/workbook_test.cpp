@@ -216,5 +216,19 @@ TEST(WorkbookWriteTest, AFailedWriteLeavesAnEarlierFileInPlace)
     EXPECT_TRUE(QFile::exists(existente));
 }
 
+TEST(WorkbookWriteTest, ALargeWorkbookWrittenWholeKeepsItsTextsWhereTheReadersFindThem)
+{
+    // Past the streaming writer's limit: texts written inline would read back empty.
+    QTemporaryDir dir;
+    QVector<QVector<QVariant>> linhas;
+    const int n = static_cast<int>(EscritorXlsx::kCelulasEmMemoria / 20) + 1;
+    for (int l = 1; l <= n; ++l)
+        linhas << QVector<QVariant>(20, QStringLiteral("Gleba %1").arg(l));
+    const QString caminho = dir.filePath(QStringLiteral("grande.xlsx"));
+    gravaXlsx(caminho, {FolhaEscrita{QStringLiteral("P"), linhas}});
+    const Pasta pasta = abrePasta(caminho);
+    EXPECT_EQ(pasta.planilhas.front()->celula(n, 20).texto, QStringLiteral("Gleba %1").arg(n));
+}
+
 } // namespace
 } // namespace lavra

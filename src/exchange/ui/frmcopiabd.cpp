@@ -80,8 +80,7 @@ public:
         m_arquivos = new QListWidget(this);
         m_arquivos->setObjectName(QStringLiteral("File1"));
         m_arquivos->setSelectionMode(QAbstractItemView::NoSelection);
-        auto* conteudo = new QLabel(QStringLiteral("Conteúdo do diretório"), this);
-        conteudo->setBuddy(m_arquivos);
+        auto* conteudo = rotulo(QStringLiteral("Conteúdo do diretório"), m_arquivos, this);
         m_pastaEscolhida = new QLabel(this);
         m_pastaEscolhida->setObjectName(QStringLiteral("lblPasta"));
         m_pastaEscolhida->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -96,8 +95,7 @@ public:
         auto* linha = new QHBoxLayout;
         m_nome = new QLineEdit(kNomeInicialDaCopia, this);
         m_nome->setObjectName(QStringLiteral("txtNome"));
-        auto* nome = new QLabel(QStringLiteral("Nome:"), this);
-        nome->setBuddy(m_nome);
+        auto* nome = rotulo(QStringLiteral("Nome:"), m_nome, this);
         m_salvar = new QPushButton(QStringLiteral("Salvar"), this);
         m_salvar->setObjectName(QStringLiteral("Command1"));
         m_salvar->setDefault(true);
