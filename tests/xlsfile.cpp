@@ -10,7 +10,8 @@
 
 // An Excel 97 workbook is a BIFF8 record stream named "Workbook" inside a compound file.
 // Only what readers need is written: one font, the style XFs every reader expects, a general
-// and a date cell XF, the sheets, the shared strings; no formulas, formats per cell or ROW blocks.
+// and a date cell XF, the sheets, the shared strings, formulas with their saved results; no formats
+// per cell or ROW blocks.
 
 namespace lavra::test {
 namespace {
@@ -111,7 +112,29 @@ bool writeSheet(QByteArray& out, const PlanilhaXls& sheet, Strings& strings, boo
             put16(d, quint16(c));
             bool number = false;
             const double x = v.typeId() == QMetaType::QString ? 0 : v.toDouble(&number);
-            if (date) {
+            if (v.typeId() == qMetaTypeId<FormulaXls>()) {
+                const QVariant resultado = v.value<FormulaXls>().resultado;
+                const bool texto = resultado.typeId() == QMetaType::QString;
+                put16(d, xfGeral);
+                if (texto) // the text follows in a record of its own
+                    d.append("\0\0\0\0\0\0\xFF\xFF", 8);
+                else
+                    putDouble(d, resultado.toDouble());
+                put16(d, 0);  // options
+                put32(d, 0);  // reserved
+                put16(d, 3);  // =1
+                put8(d, 0x1E);
+                put16(d, 1);
+                record(cells, 0x0006, d); // FORMULA
+                if (texto) {
+                    QByteArray t;
+                    const QString s = resultado.toString();
+                    put16(t, quint16(s.size()));
+                    put8(t, 1);
+                    putUtf16(t, s);
+                    record(cells, 0x0207, t); // STRING
+                }
+            } else if (date) {
                 // Excel's 1900 system counts days from 1899-12-30 for any date after February 1900.
                 put16(d, xfData);
                 putDouble(d, double(QDate(1899, 12, 30).daysTo(v.toDate())));

@@ -8,9 +8,16 @@
 namespace lavra::test {
 
 // One sheet: its name and its rows from the first; each cell a QVariant:
-// invalid (no cell), QString (text), int/double (number), QDate (a date cell), bool (boolean).
+// invalid (no cell), QString (text), int/double (number), QDate (a date cell), bool (boolean),
+// FormulaXls (a formula cell with the result Excel saved for it).
 // An empty text is written as a blank cell, an invalid QDate as no cell, any other type as its
 // toString() text. Dates count in Excel's 1900 system, so they hold from 1900-03-01 on.
+// A formula as Excel saves it: the formula itself (a constant here, no reader evaluates it) and
+// the result of its last calculation, a number or a text.
+struct FormulaXls {
+    QVariant resultado;
+};
+
 struct PlanilhaXls {
     QString nome;
     QVector<QVector<QVariant>> linhas;
@@ -23,3 +30,5 @@ struct PlanilhaXls {
 bool gravaXls(const QString& caminho, const QList<PlanilhaXls>& planilhas);
 
 } // namespace lavra::test
+
+Q_DECLARE_METATYPE(lavra::test::FormulaXls)
