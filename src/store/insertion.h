@@ -17,7 +17,21 @@ class Insercao {
 public:
     Insercao(const Connection& connection, const QString& table);
     // One value per column, in the table's order. Throws StoreError, as the engine refuses.
-    void insere(const QVector<QVariant>& valores);
+    // Returns the new row's rowid.
+    qint64 insere(const QVector<QVariant>& valores);
+
+private:
+    QString m_table;
+    QVector<ColumnType> m_tipos;
+    QSqlQuery m_query;
+};
+
+// Overwrites whole rows of one table, found by rowid, through one prepared statement.
+class Substituicao {
+public:
+    Substituicao(const Connection& connection, const QString& table);
+    // One value per column, in the table's order. Throws StoreError, as the engine refuses.
+    void substitui(qint64 rowid, const QVector<QVariant>& valores);
 
 private:
     QString m_table;
