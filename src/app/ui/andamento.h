@@ -30,6 +30,8 @@ public:
     void termina(const QString& texto);
 
     void cancela() { m_cancelado = true; }
+    // Whether the user asked to stop, during a wait too.
+    bool cancelado() const { return m_cancelado; }
     bool emCurso() const { return m_emCurso; }
 
     // A window closed while its work goes on stops the work first and closes once it has ended:

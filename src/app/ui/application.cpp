@@ -51,6 +51,7 @@ void Aplicacao::registraJanelas()
     m_windows.registerWindow(janela::kImportaAnalise, with(criaFrmImportaAnalise), Modo::Modal);
     m_windows.registerWindow(janela::kRelat, with(criaFrmRelat));
     m_windows.registerWindow(janela::kCopiaBd, with(criaFrmCopiaBd), Modo::Modal);
+    m_windows.registerWindow(janela::kAtualiza, with(criaFrmAtualiza), Modo::Modal);
     m_windows.registerWindow(janela::kConvert, with(criaFrmConvert));
     m_windows.registerWindow(janela::kCliente, with(criaFrmCliente), Modo::Modal);
     m_windows.registerWindow(janela::kCadCli, with(criaFrmCadCli), Modo::Modal);

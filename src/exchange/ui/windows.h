@@ -8,5 +8,6 @@ namespace lavra::ui {
 QWidget* criaFrmImportaAnalise(Session& session, WindowRegistry& windows);
 QWidget* criaFrmRelat(Session& session, WindowRegistry& windows);
 QWidget* criaFrmCopiaBd(Session& session, WindowRegistry& windows);
+QWidget* criaFrmAtualiza(Session& session, WindowRegistry& windows);
 
 } // namespace lavra::ui
