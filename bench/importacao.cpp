@@ -1,18 +1,22 @@
 // Times the import of a laboratory's workbook against the plainest pipe that loads the same file
 // into the engine (xlsx2csv into sqlite3 .import), and shows the import's peak memory for two
-// sizes of workbook, so that its growth with the file can be seen.
+// sizes of workbook, so that its growth with the file can be seen. Then the transfer of a full
+// workbook of the spreadsheet edition, every range of its sheet filled.
 
 #include "common.h"
 #include "exchange/importanalysis.h"
+#include "exchange/migration.h"
 #include "exchange/workbook.h"
 #include "exchange/xlsxfile.h"
 #include "store/database.h"
 #include "store/store.h"
+#include "oldworkbook.h"
 
 #include <QCoreApplication>
 #include <QDate>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -49,6 +53,53 @@ Mapeamento naOrdem()
     for (int k = 0; k < kCaixas; ++k)
         m[static_cast<std::size_t>(k)] = k + 1;
     return m;
+}
+
+// A workbook of the spreadsheet edition with every range full: 5 000 clients, 30 000 analyses, the
+// fertilisers, and 5 000 recommendations of each kind, two in five of them of rice.
+QString geraPastaAnterior(const QTemporaryDir& dir)
+{
+    test::PastaAnterior p;
+    p.poe(34, QStringLiteral("AG"), QStringLiteral("Agro Sul"));
+    for (int l = 100; l <= 5100; ++l)
+        p.poe(l, QStringLiteral("V"), QStringLiteral("Cliente %1").arg(l));
+    const QVariantList analise = {QStringLiteral("Passo Fundo"), QStringLiteral("Fazenda"), QStringLiteral("Gleba"),
+                                  QDate(2005, 8, 15), 12.5, QStringLiteral("123"), 5.4, 4.1, 1.6, 0.3, 4.4, 62.5,
+                                  10.6, 5.8, 2.9, 35, 8.2, 120, QStringLiteral("Cliente 100")};
+    for (int l = 2; l <= 30000; ++l) {
+        p.poe(l, QStringLiteral("A"), QStringLiteral("Análise %1").arg(l));
+        for (int k = 0; k < analise.size(); ++k)
+            p.poe(l, test::PastaAnterior::letras(k + 2), analise[k]);
+    }
+    for (int l = 2; l <= 200; ++l) {
+        p.poe(l, QStringLiteral("CT"), l % 20);
+        p.poe(l, QStringLiteral("CU"), 20);
+        p.poe(l, QStringLiteral("CV"), l % 30);
+        p.poe(l, QStringLiteral("CW"), QStringLiteral("Formulado %1").arg(l));
+    }
+    for (int l = 2; l <= 50; ++l) {
+        for (const char* c : {"DH", "DJ", "DM"})
+            p.poe(l, QString::fromLatin1(c), QStringLiteral("Fonte %1 %2").arg(QString::fromLatin1(c)).arg(l));
+        for (const char* c : {"DI", "DK", "DL", "DN", "DO"})
+            p.poe(l, QString::fromLatin1(c), l);
+    }
+    for (int l = 4; l < 5004; ++l) {
+        const QString analiseDaLinha = QStringLiteral("Análise %1").arg(2 + (l * 7) % 29999);
+        const QString cultura = l % 5 < 2 ? QStringLiteral("Arroz irrigado") : QStringLiteral("Soja");
+        for (const auto& [chave, ultima] : {std::pair{"FC", "GQ"}, std::pair{"GR", "IR"}}) {
+            const int c0 = test::PastaAnterior::coluna(QString::fromLatin1(chave));
+            for (int c = c0 + 5; c <= test::PastaAnterior::coluna(QString::fromLatin1(ultima)); ++c)
+                p.poe(l, test::PastaAnterior::letras(c), c * 1.5);
+            p.poe(l, test::PastaAnterior::letras(c0), analiseDaLinha);
+            p.poe(l, test::PastaAnterior::letras(c0 + 2), cultura);
+            p.poe(l, test::PastaAnterior::letras(c0 + 3), 1);
+            p.poe(l, test::PastaAnterior::letras(c0 + 4), QDate(2005, 10, 1));
+        }
+    }
+    const QString caminho = dir.filePath(kPastaAnterior);
+    if (!p.grava(caminho))
+        qFatal("the workbook of the spreadsheet edition was not written");
+    return caminho;
 }
 
 // The peak memory of one import alone, in a process of its own, so that nothing a run before it
@@ -118,7 +169,22 @@ int main(int argc, char** argv)
                 qFatal("the pipe failed: %s", sh.readAllStandardError().constData());
         }));
     }
+    const QString anterior = geraPastaAnterior(dir);
+    const auto transfere = [&](int rodada, bool soLeitura) {
+        const Pasta p = abrePasta(anterior);
+        if (soLeitura)
+            return;
+        const QString banco = dir.filePath(QStringLiteral("m%1.db").arg(rodada));
+        QFile::copy(modelo, banco);
+        Store db(banco);
+        const RelatorioMigracao r = TransfereDados(db, *p.planilha(kPlanilhaAnterior));
+        if (r.contagem(QStringLiteral("Analises")).adicionadas != 29999)
+            qFatal("transferred %d of 29999 analyses", r.contagem(QStringLiteral("Analises")).adicionadas);
+    };
+    medidas.push_back(mede(QStringLiteral("spreadsheet edition: read the .xls"), 1, [&](int r) { transfere(r, true); }));
+    medidas.push_back(mede(QStringLiteral("spreadsheet edition: read + transfer"), 45000, [&](int r) { transfere(r, false); }));
     imprime(medidas, 0);
+    std::printf("spreadsheet edition workbook: %.1f MB\n", double(QFileInfo(anterior).size()) / 1e6);
     const Medida& nosso = medidas[1];
     std::printf("\nimport: %.0f rows/s", kLinhas / (nosso.ms / 1000.0));
     if (temFerramentas) {

@@ -69,7 +69,8 @@ const QString kArrozPreGerminado = QStringLiteral("Arroz pré-germinado");
 // The search of an analysis among the recommendations of one range, as the spreadsheet's Find
 // does it: any cell that holds the code counts, capitals or not, and the range is gone through
 // from its second cell, its first coming last. What matters is whether the first cell found
-// is that of a rice crop.
+// is that of a rice crop. Each cell is indexed by the runs of three characters it holds, so a code
+// is looked for only among the cells that hold its rarest run.
 class BuscaArroz {
 public:
     BuscaArroz(const Planilha& p, int colunaChave, int colunaCultura)
@@ -79,34 +80,54 @@ public:
             if (chave.isEmpty())
                 return;
             const QString cultura = texto(p.celula(linha, colunaCultura));
-            const bool arroz = cultura == kArrozIrrigado || cultura == kArrozPreGerminado;
-            if (arroz)
-                m_arroz.push_back(static_cast<int>(m_celulas.size()));
+            m_arroz.push_back(cultura == kArrozIrrigado || cultura == kArrozPreGerminado);
             m_celulas.push_back(chave.toUpper());
         };
         for (int linha = kPrimeiraRecomendacao + 1; linha <= std::min(p.linhasUsadas(), kUltimaRecomendacao); ++linha)
             poe(linha);
         poe(kPrimeiraRecomendacao);
+        // The views point into the cells, which are not touched again.
+        for (int i = 0; i < static_cast<int>(m_celulas.size()); ++i) {
+            const QStringView celula = m_celulas[static_cast<std::size_t>(i)];
+            for (qsizetype k = 0; k + kRun <= celula.size(); ++k) {
+                std::vector<int>& lista = m_runs[celula.mid(k, kRun)];
+                if (lista.empty() || lista.back() != i)
+                    lista.push_back(i);
+            }
+        }
     }
 
-    // Only a code that a rice row holds needs the cells before that row looked at.
     bool primeiraEhArroz(const QString& codigoMaiusculo) const
     {
-        for (const int i : m_arroz) {
-            if (!m_celulas[static_cast<std::size_t>(i)].contains(codigoMaiusculo))
-                continue;
-            for (int j = 0; j < i; ++j) {
-                if (m_celulas[static_cast<std::size_t>(j)].contains(codigoMaiusculo))
-                    return false;
+        const std::vector<int>* candidatas = nullptr;
+        const QStringView codigo = codigoMaiusculo;
+        for (qsizetype k = 0; k + kRun <= codigo.size(); ++k) {
+            const auto lista = m_runs.constFind(codigo.mid(k, kRun));
+            if (lista == m_runs.cend())
+                return false;
+            if (!candidatas || lista->size() < candidatas->size())
+                candidatas = &*lista;
+        }
+        const auto achou = [&](int i) { return m_celulas[static_cast<std::size_t>(i)].contains(codigoMaiusculo); };
+        if (candidatas) {
+            for (const int i : *candidatas) {
+                if (achou(i))
+                    return m_arroz[static_cast<std::size_t>(i)];
             }
-            return true;
+            return false;
+        }
+        for (int i = 0; i < static_cast<int>(m_celulas.size()); ++i) {
+            if (achou(i))
+                return m_arroz[static_cast<std::size_t>(i)];
         }
         return false;
     }
 
 private:
+    static constexpr qsizetype kRun = 3;
     std::vector<QString> m_celulas;  // in the order of the search, in capitals
-    std::vector<int> m_arroz;        // those of a rice crop, in the same order
+    std::vector<bool> m_arroz;       // whether each is of a rice crop
+    QHash<QStringView, std::vector<int>> m_runs;  // the cells, in order, that hold each run
 };
 
 QSqlQuery consultaSql(const Connection& cn, const QString& sql)

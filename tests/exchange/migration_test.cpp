@@ -326,21 +326,25 @@ TEST_F(MigrationTest, TheAreaIsOfRiceOnlyWhenTheFirstCellFoundIsOfRice)
         p.poe(linha, QString::fromLatin1(chave), codigo);
         p.poe(linha, PastaAnterior::letras(PastaAnterior::coluna(QString::fromLatin1(chave)) + 2), QString::fromUtf8(cultura));
     };
-    analise(2, QStringLiteral("A1"));
-    reco(4, "FC", "Arroz irrigado", QStringLiteral("a1"));
-    reco(9, "FC", "Soja", QStringLiteral("xA1x"));
-    analise(3, QStringLiteral("B2"));
-    reco(4, "GR", "Arroz pré-germinado", QStringLiteral("B2"));
-    analise(4, QStringLiteral("C3"));
-    reco(10, "FC", "Soja", QStringLiteral("C3"));
-    reco(11, "GR", "Arroz irrigado", QStringLiteral("C3"));
+    analise(2, QStringLiteral("Gleba A1"));
+    reco(4, "FC", "Arroz irrigado", QStringLiteral("gleba a1"));
+    reco(9, "FC", "Soja", QStringLiteral("xGleba A1x"));
+    analise(3, QStringLiteral("Gleba B2"));
+    reco(4, "GR", "Arroz pré-germinado", QStringLiteral("Gleba B2"));
+    analise(4, QStringLiteral("Gleba C3"));
+    reco(10, "FC", "Soja", QStringLiteral("Gleba C3"));
+    reco(11, "GR", "Arroz irrigado", QStringLiteral("Gleba C3"));
+    analise(5, QStringLiteral("D4"));
+    reco(12, "FC", "Soja", QStringLiteral("D4"));
+    reco(13, "FC", "Arroz irrigado", QStringLiteral("D4"));
     transfere(p);
     const auto uso = [this](const char* codigo) {
         return sql(QStringLiteral("SELECT ArrozIrrig FROM Analises WHERE \"Código\" = '%1'").arg(QString::fromLatin1(codigo))).toInt();
     };
-    EXPECT_EQ(uso("A1"), 1);
-    EXPECT_EQ(uso("B2"), 2);
-    EXPECT_EQ(uso("C3"), 2);
+    EXPECT_EQ(uso("Gleba A1"), 1);
+    EXPECT_EQ(uso("Gleba B2"), 2);
+    EXPECT_EQ(uso("Gleba C3"), 2);
+    EXPECT_EQ(uso("D4"), 1) << "a code too short to be indexed is looked for in every cell";
 }
 
 } // namespace
