@@ -517,14 +517,19 @@ private:
     QString m_motivo;
 };
 
-const QHash<QString, QString>& nomesDasTabelas()
+// How the report names each table, and whether its rows are said in the feminine.
+struct NomeDaTabela {
+    QString nome;
+    bool feminino;
+};
+const QHash<QString, NomeDaTabela>& nomesDasTabelas()
 {
-    static const QHash<QString, QString> nomes = {
-        {QStringLiteral("Clientes"), QStringLiteral("Clientes")},
-        {QStringLiteral("Analises"), QStringLiteral("Análises")},
-        {QStringLiteral("NPK"), QStringLiteral("Fertilizantes")},
-        {QStringLiteral("RecoForm"), QStringLiteral("Recomendações por fórmulas")},
-        {QStringLiteral("RecoFormulac"), QStringLiteral("Recomendações por formulação")}};
+    static const QHash<QString, NomeDaTabela> nomes = {
+        {QStringLiteral("Clientes"), {QStringLiteral("Clientes"), false}},
+        {QStringLiteral("Analises"), {QStringLiteral("Análises"), true}},
+        {QStringLiteral("NPK"), {QStringLiteral("Fertilizantes"), false}},
+        {QStringLiteral("RecoForm"), {QStringLiteral("Recomendações por fórmulas"), true}},
+        {QStringLiteral("RecoFormulac"), {QStringLiteral("Recomendações por formulação"), true}}};
     return nomes;
 }
 
@@ -599,13 +604,15 @@ QString RelatorioMigracao::texto() const
                   : QStringLiteral("Empresa: a planilha não tem o nome da empresa; os dados da empresa não foram "
                                    "alterados."));
     for (const ContagemMigracao& c : tabelas) {
-        QStringList partes{QStringLiteral("adicionados: %1").arg(c.adicionadas),
+        const NomeDaTabela nome = nomesDasTabelas().value(c.tabela, {c.tabela, false});
+        const QString o = nome.feminino ? QStringLiteral("a") : QStringLiteral("o");
+        QStringList partes{QStringLiteral("transferid%1s: %2").arg(o).arg(c.adicionadas),
                            QStringLiteral("já existentes: %1").arg(c.existentes)};
         if (c.substituidas)
-            partes << QStringLiteral("substituídos: %1").arg(c.substituidas);
+            partes << QStringLiteral("substituíd%1s: %2").arg(o).arg(c.substituidas);
         if (c.recusadas)
-            partes << QStringLiteral("recusados: %1").arg(c.recusadas);
-        t << nomesDasTabelas().value(c.tabela, c.tabela) + QStringLiteral(" — ") + partes.join(QStringLiteral("; "));
+            partes << QStringLiteral("recusad%1s: %2").arg(o).arg(c.recusadas);
+        t << nome.nome + QStringLiteral(" — ") + partes.join(QStringLiteral("; "));
     }
     if (!recusas.isEmpty())
         t << QString() << QStringLiteral("Linhas não transferidas:") << recusas;

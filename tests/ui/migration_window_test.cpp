@@ -106,8 +106,8 @@ private Q_SLOTS:
         QCOMPARE(h.scalar(QStringLiteral("SELECT pH FROM Analises WHERE \"Código\" = 'BV-1-15/08/2005'")).toFloat(), 5.4f);
         QCOMPARE(h.scalar(QStringLiteral("SELECT Empresa FROM Empresa")).toString(), QStringLiteral("Agro Sul"));
         const QString resumo = find<QPlainTextEdit>(w, QStringLiteral("txtResumo"))->toPlainText();
-        QVERIFY2(resumo.contains(QStringLiteral("Análises — adicionados: 1; já existentes: 0")), qPrintable(resumo));
-        QVERIFY2(resumo.contains(QStringLiteral("Fertilizantes — adicionados: 0; já existentes: 1")), qPrintable(resumo));
+        QVERIFY2(resumo.contains(QStringLiteral("Análises — transferidas: 1; já existentes: 0")), qPrintable(resumo));
+        QVERIFY2(resumo.contains(QStringLiteral("Fertilizantes — transferidos: 0; já existentes: 1")), qPrintable(resumo));
 
         // Stopped midway, nothing of the second workbook is kept.
         PastaAnterior mais = pasta();

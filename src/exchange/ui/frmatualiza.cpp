@@ -21,6 +21,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <chrono>
 #include <future>
 #include <optional>
@@ -211,6 +212,8 @@ private:
         // The first pass enables Interromper again after the wait for the workbook.
         progresso.etapa = [this, &maximo, &primeira](const QString& etapa, int max) {
             maximo = max;
+            m_barra->setRange(0, std::max(1, max));
+            m_barra->setValue(0);
             if (std::exchange(primeira, false))
                 m_andamento->comeca(etapa);
             else
