@@ -254,34 +254,26 @@ public:
     std::optional<QVector<QVariant>> analise(int i, const QString& codigo, const BuscaArroz& porFormulas,
                                               const BuscaArroz& porFormulacao)
     {
-        const char* const letras[] = {"F", "H", "I", "J", "K", "L", "M", "N", "O", "P", "Q", "R", "S"};
-        float v[std::size(letras)];
-        for (std::size_t k = 0; k < std::size(letras); ++k) {
-            const Celula celula = c(i, col(letras[k]));
+        // The figures in their columns; the CTC and the saturation by bases as the sheet worked them out.
+        static constexpr std::pair<const char*, float MedidasAnalise::*> kFiguras[] = {
+            {"F", &MedidasAnalise::area}, {"H", &MedidasAnalise::pH},    {"I", &MedidasAnalise::ca},
+            {"J", &MedidasAnalise::mg},   {"K", &MedidasAnalise::al},    {"L", &MedidasAnalise::hAl},
+            {"M", &MedidasAnalise::bases}, {"N", &MedidasAnalise::ctc},  {"O", &MedidasAnalise::smp},
+            {"P", &MedidasAnalise::mo},   {"Q", &MedidasAnalise::argila}, {"R", &MedidasAnalise::p},
+            {"S", &MedidasAnalise::k}};
+        MedidasAnalise m;
+        for (const auto& [letras, campo] : kFiguras) {
+            const Celula celula = c(i, col(letras));
             const auto n = figura(celula);
             if (!n) {
-                const QString nome = QString::fromLatin1(letras[k]) + QString::number(i);
+                const QString nome = QString::fromLatin1(letras) + QString::number(i);
                 m_motivo = QStringLiteral("Linha %1, análise %2: a célula %3 ('%4') não é um número (o símbolo "
                                           "decimal deste computador é '%5').")
                                .arg(QString::number(i), codigo, nome, texto(celula), decimalSymbol());
                 return std::nullopt;
             }
-            v[k] = *n;
+            m.*campo = *n;
         }
-        MedidasAnalise m;
-        m.area = v[0];
-        m.pH = v[1];
-        m.ca = v[2];
-        m.mg = v[3];
-        m.al = v[4];
-        m.hAl = v[5];
-        m.bases = v[6];
-        m.ctc = v[7];
-        m.smp = v[8];
-        m.mo = v[9];
-        m.argila = v[10];
-        m.p = v[11];
-        m.k = v[12];
         // The spreadsheet knew only Mehlich's extraction; rice shows in the crops recommended.
         m.metodoP = 1;
         const QString chave = codigo.toUpper();
