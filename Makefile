@@ -3,7 +3,7 @@ BUILD_DIR ?= build
 JOBS ?= 2
 
 PACKAGES := cmake g++ make pkg-config qt6-base-dev libqt6sql6-sqlite qt6-charts-dev qt6-svg-dev \
-	libxlsxwriter-dev libfreexl-dev liborcus-dev libsqlite3-dev zlib1g-dev xlsx2csv libgtest-dev fonts-liberation \
+	libxlsxwriter-dev libfreexl-dev libgsf-1-dev liborcus-dev libsqlite3-dev zlib1g-dev xlsx2csv libgtest-dev fonts-liberation \
 	xvfb xauth sqlite3 poppler-utils qt6-translations-l10n
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)

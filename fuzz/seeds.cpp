@@ -348,6 +348,15 @@ int main(int argc, char** argv)
         const QString xls = raiz.filePath(QStringLiteral("xls/%1.xls").arg(nome));
         confere(lavra::test::gravaXls(xls, converte<lavra::test::PlanilhaXls>(pasta)), xls);
     }
+    // Only the .xls writer writes formulas with their saved results.
+    const auto formula = [](const QVariant& v) { return QVariant::fromValue(lavra::test::FormulaXls{v}); };
+    const QString formulas = raiz.filePath(QStringLiteral("xls/formulas.xls"));
+    confere(lavra::test::gravaXls(formulas, {{QStringLiteral("Custos"),
+                                              {{QStringLiteral("Insumo"), QStringLiteral("Custo")},
+                                               {QStringLiteral("Ureia"), formula(2.5), formula(true)},
+                                               {formula(QStringLiteral("Calcário")), formula(1e-3)}}},
+                                             {QStringLiteral("Total"), {{formula(-7)}}}}),
+            formulas);
     for (const bool comprime : {true, false}) {
         const QString sufixo = comprime ? QStringLiteral("-deflated") : QStringLiteral("-stored");
         const QString xlsx = raiz.filePath(QStringLiteral("xlsx/feito%1.xlsx").arg(sufixo));

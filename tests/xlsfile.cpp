@@ -118,6 +118,8 @@ bool writeSheet(QByteArray& out, const PlanilhaXls& sheet, Strings& strings, boo
                 put16(d, xfGeral);
                 if (texto) // the text follows in a record of its own
                     d.append("\0\0\0\0\0\0\xFF\xFF", 8);
+                else if (resultado.typeId() == QMetaType::Bool)
+                    d.append(resultado.toBool() ? "\1\0\1\0\0\0\xFF\xFF" : "\1\0\0\0\0\0\xFF\xFF", 8);
                 else
                     putDouble(d, resultado.toDouble());
                 put16(d, 0);  // options

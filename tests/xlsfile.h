@@ -13,7 +13,7 @@ namespace lavra::test {
 // An empty text is written as a blank cell, an invalid QDate as no cell, any other type as its
 // toString() text. Dates count in Excel's 1900 system, so they hold from 1900-03-01 on.
 // A formula as Excel saves it: the formula itself (a constant here, no reader evaluates it) and
-// the result of its last calculation, a number or a text.
+// the result of its last calculation, a number, a text or a boolean.
 struct FormulaXls {
     QVariant resultado;
 };

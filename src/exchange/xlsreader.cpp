@@ -5,7 +5,9 @@
 // in seconds). No check ahead of it could cover all of that, so on Unix it reads in a child
 // process: whatever happens to freexl there, the program goes on and the user is told the file
 // could not be read. The child sends the cells back through a pipe; the sheets are built here.
+// freexl reads no formula: the results Excel saved with them are read from the stream beside it.
 
+#include "biffformulas.h"
 #include "workbook.h"
 
 #include <freexl.h>
@@ -131,6 +133,36 @@ private:
     std::string m_dados;
 };
 
+// A formula's result is sent as the cell freexl would have given. Its style is not read, so a
+// formula shown as a date comes back as its day count, a number. False past the cell limit.
+bool enviaFormulas(const FormulasDaFolha& folha, const OpcoesLeitura& opcoes, Saida& saida,
+                   std::size_t& celulas)
+{
+    for (const ResultadoFormula& f : folha.resultados) {
+        if (f.coluna >= opcoes.maxColunas)
+            continue;
+        FreeXL_CellValue v{};
+        switch (f.tipo) {
+        case ResultadoFormula::Tipo::Numero:
+            v.type = FREEXL_CELL_DOUBLE;
+            v.value.double_value = f.numero;
+            break;
+        case ResultadoFormula::Tipo::Texto:
+            v.type = FREEXL_CELL_TEXT;
+            v.value.text_value = f.texto.c_str();
+            break;
+        case ResultadoFormula::Tipo::Logico:
+            v.type = FREEXL_CELL_INT;
+            v.value.int_value = f.numero != 0;
+            break;
+        }
+        saida.celula(f.linha, f.coluna, v);
+        if (++celulas > opcoes.maxCelulas)
+            return false;
+    }
+    return true;
+}
+
 // Every cell freexl holds, sheet by sheet, the columns past the limit left out.
 void leComFreexl(const QByteArray& local, const OpcoesLeitura& opcoes, Saida& saida)
 {
@@ -145,6 +177,9 @@ void leComFreexl(const QByteArray& local, const OpcoesLeitura& opcoes, Saida& sa
     // Sheets are chosen by a 16-bit index: past that freexl cannot reach them.
     if (freexl_get_info(xls.get(), FREEXL_BIFF_SHEET_COUNT, &folhas) != FREEXL_OK || folhas > 0xFFFF)
         return saida.fim(kIlegivel);
+
+    // A file libgsf cannot open, though freexl could, simply gives no formula results.
+    const std::vector<FormulasDaFolha> formulas = formulasDoArquivo(local.constData());
 
     std::size_t celulas = 0;
     for (unsigned int f = 0; f < folhas; ++f) {
@@ -170,6 +205,11 @@ void leComFreexl(const QByteArray& local, const OpcoesLeitura& opcoes, Saida& sa
                     return saida.fim(kGrande);
             }
         }
+        // Matched by name: the walker keeps worksheets only, and freexl need not count sheets alike.
+        const auto achada = std::find_if(formulas.begin(), formulas.end(),
+                                         [&](const FormulasDaFolha& x) { return nome && x.nome == nome; });
+        if (achada != formulas.end() && !enviaFormulas(*achada, opcoes, saida, celulas))
+            return saida.fim(kGrande);
     }
     saida.fim(kFim);
 }

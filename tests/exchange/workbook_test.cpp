@@ -141,6 +141,81 @@ TEST_P(ReaderTest, AWorkbookPastTheCellLimitIsRefused)
 
 INSTANTIATE_TEST_SUITE_P(Formats, ReaderTest, ::testing::Values("xlsx", "ods", "xls"));
 
+QVariant formula(const QVariant& resultado)
+{
+    return QVariant::fromValue(test::FormulaXls{resultado});
+}
+
+// freexl gives a formula's cell as empty: the result Excel saved with it is read beside freexl.
+TEST(XlsFormulaTest, SavedResultsAreReadAmongTheOrdinaryCellsOfTheirOwnSheet)
+{
+    QTemporaryDir dir;
+    const Linhas custos = {{QStringLiteral("Insumo"), QStringLiteral("Dose")},
+                           {QStringLiteral("Ureia"), formula(2.5), 120},
+                           {formula(QStringLiteral("Para exemplo")), 3, formula(true), formula(false)}};
+    const Linhas resumo = {{}, {QStringLiteral("Total"), formula(-4)}};
+    const Pasta pasta = abrePasta(
+        grava(dir, QStringLiteral("xls"), {{QStringLiteral("Custos"), custos}, {QStringLiteral("Resumo"), resumo}}));
+
+    const Planilha& p = *pasta.planilha(QStringLiteral("Custos"));
+    EXPECT_EQ(p.celula(1, 2).texto, QStringLiteral("Dose"));
+    EXPECT_EQ(p.celula(2, 2).tipo, Tipo::Numero);
+    EXPECT_EQ(p.celula(2, 2).numero, 2.5);
+    EXPECT_EQ(p.celula(2, 3).numero, 120);
+    EXPECT_EQ(p.celula(3, 1).tipo, Tipo::Texto);
+    EXPECT_EQ(p.celula(3, 1).texto, QStringLiteral("Para exemplo"));
+    // Booleans as 0 and 1, as freexl gives an ordinary boolean cell.
+    EXPECT_EQ(p.celula(3, 3).numero, 1);
+    EXPECT_FALSE(p.celula(3, 4).vazia());
+    EXPECT_EQ(p.celula(3, 4).numero, 0);
+
+    const Planilha& r = *pasta.planilha(QStringLiteral("Resumo"));
+    EXPECT_EQ(r.linhasUsadas(), 2);
+    EXPECT_EQ(r.celula(2, 2).numero, -4);
+}
+
+TEST(XlsFormulaTest, SavedResultsKeepTheLimitsOfOrdinaryCells)
+{
+    QTemporaryDir dir;
+    QVector<QVariant> larga;
+    for (int c = 1; c <= 45; ++c)
+        larga << formula(c);
+    const Pasta pasta =
+        abrePasta(grava(dir, QStringLiteral("xls"), {{QStringLiteral("P"), {larga}}}), OpcoesLeitura{40});
+    EXPECT_EQ(pasta.planilhas.front()->celula(1, 40).numero, 40);
+    EXPECT_TRUE(pasta.planilhas.front()->celula(1, 41).vazia());
+
+    const QString muitas =
+        grava(dir, QStringLiteral("xls"), {{QStringLiteral("P"), Linhas(30, QVector<QVariant>(10, formula(1)))}});
+    OpcoesLeitura opcoes;
+    opcoes.maxCelulas = 100;
+    try {
+        abrePasta(muitas, opcoes);
+        FAIL() << "read past the limit";
+    } catch (const ErroPasta& erro) {
+        EXPECT_EQ(erro.mensagem(), erroPastaGrande(muitas));
+    }
+}
+
+TEST(XlsFormulaTest, ATextResultThatClaimsMoreThanItsRecordHoldsIsReadAsFarAsItGoes)
+{
+    QTemporaryDir dir;
+    const QString caminho = grava(dir, QStringLiteral("xls"),
+        {{QStringLiteral("P"), {{formula(QStringLiteral("Para exemplo")), formula(2.5)}}}});
+    QFile f(caminho);
+    ASSERT_TRUE(f.open(QIODevice::ReadWrite));
+    QByteArray bytes = f.readAll();
+    const qsizetype texto = bytes.indexOf(QByteArray("P\0a\0r\0a\0", 8));
+    ASSERT_GT(texto, 3);
+    bytes[texto - 3] = bytes[texto - 2] = '\xFF'; // the character count
+    f.seek(0);
+    f.write(bytes);
+    f.close();
+    const Pasta pasta = abrePasta(caminho);
+    EXPECT_EQ(pasta.planilhas.front()->celula(1, 1).texto, QStringLiteral("Para exemplo"));
+    EXPECT_EQ(pasta.planilhas.front()->celula(1, 2).numero, 2.5);
+}
+
 // Whatever is wrong with a file, the user is told in words, and no reader goes further.
 TEST(WorkbookFileTest, DamagedEmptyProtectedAndMissingFilesAreToldApart)
 {
