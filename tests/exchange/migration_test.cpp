@@ -69,8 +69,9 @@ PastaAnterior pastaDeExemplo()
         const QVariantList v = {codigo, QStringLiteral("Coxilha"), QStringLiteral("Faz. Boa Vista"), QStringLiteral("Gleba 1"),
                                 QDate(2005, 8, 15), 12.5, QStringLiteral("1234"), ph, 4.1, 1.6, 0.3, 4.4, 62.5, 10.6,
                                 5.8, 2.9, 35, 8.2, 120};
+        // The saturation by bases and the CTC were worked out by the sheet's own formulas.
         for (int k = 0; k < v.size(); ++k)
-            p.poe(linha, PastaAnterior::letras(k + 1), v[k]);
+            p.poe(linha, PastaAnterior::letras(k + 1), k == 12 || k == 13 ? QVariant::fromValue(test::FormulaXls{v[k]}) : v[k]);
         p.poe(linha, "T", QStringLiteral("João da Silva"));
     };
     analise(2, QStringLiteral("BV-1-15/08/2005"), 5.4);
@@ -103,7 +104,7 @@ PastaAnterior pastaDeExemplo()
         p.poe(linha, "FE", linha == 65535 ? QStringLiteral("Arroz irrigado") : QStringLiteral("Soja"));
         p.poe(linha, "FF", 1);
         p.poe(linha, "FG", QDate(2005, 11, 10));
-        p.poe(linha, "FO", QStringLiteral("5-20-20"));
+        p.poe(linha, "FO", QVariant::fromValue(test::FormulaXls{QStringLiteral("5-20-20")}));
         p.poe(linha, "FU", QString());
         p.poe(linha, "FP", QStringLiteral("-"));
     }
