@@ -197,25 +197,6 @@ TEST(XlsFormulaTest, SavedResultsKeepTheLimitsOfOrdinaryCells)
     }
 }
 
-TEST(XlsFormulaTest, ATextResultThatClaimsMoreThanItsRecordHoldsIsReadAsFarAsItGoes)
-{
-    QTemporaryDir dir;
-    const QString caminho = grava(dir, QStringLiteral("xls"),
-        {{QStringLiteral("P"), {{formula(QStringLiteral("Para exemplo")), formula(2.5)}}}});
-    QFile f(caminho);
-    ASSERT_TRUE(f.open(QIODevice::ReadWrite));
-    QByteArray bytes = f.readAll();
-    const qsizetype texto = bytes.indexOf(QByteArray("P\0a\0r\0a\0", 8));
-    ASSERT_GT(texto, 3);
-    bytes[texto - 3] = bytes[texto - 2] = '\xFF'; // the character count
-    f.seek(0);
-    f.write(bytes);
-    f.close();
-    const Pasta pasta = abrePasta(caminho);
-    EXPECT_EQ(pasta.planilhas.front()->celula(1, 1).texto, QStringLiteral("Para exemplo"));
-    EXPECT_EQ(pasta.planilhas.front()->celula(1, 2).numero, 2.5);
-}
-
 // Whatever is wrong with a file, the user is told in words, and no reader goes further.
 TEST(WorkbookFileTest, DamagedEmptyProtectedAndMissingFilesAreToldApart)
 {
