@@ -7,6 +7,8 @@
 #include "schema.h"
 #include "storeerror.h"
 
+#include <algorithm>
+
 #include <QCoreApplication>
 #include <QDate>
 #include <QDir>
@@ -150,9 +152,11 @@ QStringList missingTables(Connection& connection)
     if (query.lastError().isValid())
         throw engineError(query.lastError(), StoreError::Access::Read);
 
+    // A table newer than the file is made by the upgrade, not missing.
+    const int version = schemaVersion(connection);
     QStringList missing;
     for (const TableDef& table : schema::tables()) {
-        if (!present.contains(table.name.toLower()))
+        if (table.since <= std::max(version, 1) && !present.contains(table.name.toLower()))
             missing << table.name;
     }
     for (const ViewDef& view : schema::views()) {

@@ -136,6 +136,16 @@ QList<TableDef> buildTables()
     all << TableDef{"RecoFlorest", florest + recommendationTail()};
 
     all << TableDef{"Graf", {text("Classe"), single("BaseFaixa"), single("LimInferior"), single("LimSuperior")}};
+
+    // The user's corrections of the manual's tables: every change with its reason, the rows
+    // checked by the user, which a newer version of the data leaves alone, and the version of
+    // the data the file holds.
+    all << TableDef{"HistoricoTabelas",
+                    {text("Tabela", 40), text("Chave"), text("Coluna", 40), text("ValorAnterior"), text("ValorNovo"),
+                     memo("Motivo"), date("DataHora")},
+                    3};
+    all << TableDef{"LinhasConferidas", {text("Tabela", 40), text("Chave")}, 3};
+    all << TableDef{"VersaoDados", {smallint("Versao")}, 3};
     return all;
 }
 
@@ -146,7 +156,8 @@ QList<IndexDef> buildIndexes()
                            {"Analises", {"Cliente"}},
                            {"RecoForm", {"CodAnalise", "CodCultivo"}},
                            {"RecoFormulac", {"CodAnalise", "CodCultivo"}},
-                           {"RecoFlorest", {"CodAnalise", "CodCultivo"}}};
+                           {"RecoFlorest", {"CodAnalise", "CodCultivo"}},
+                           {"LinhasConferidas", {"Tabela", "Chave"}}};
     // The manual's tables are read one row at a time, by key.
     for (const TableDef& table : schema::tables()) {
         if (!table.columns.isEmpty() && table.columns.first().name == QLatin1String("Chave"))
@@ -254,9 +265,17 @@ QString schema::createIndexStatement(const IndexDef& index)
 QStringList schema::upgradeStatements(int toVersion)
 {
     QStringList statements;
-    if (toVersion == 2) {
-        for (const IndexDef& index : indexes())
-            statements << createIndexStatement(index);
+    if (toVersion == 2 || toVersion == 3) {
+        for (const TableDef& table : tables()) {
+            if (table.since == toVersion)
+                statements << createStatement(table).replace(QStringLiteral("CREATE TABLE "),
+                                                             QStringLiteral("CREATE TABLE IF NOT EXISTS "));
+        }
+        for (const IndexDef& index : indexes()) {
+            const TableDef* table = findTable(index.table);
+            if (table && table->since <= toVersion)
+                statements << createIndexStatement(index);
+        }
     }
     return statements;
 }

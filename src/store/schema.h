@@ -27,6 +27,7 @@ struct ColumnDef {
 struct TableDef {
     QString name;
     QList<ColumnDef> columns;
+    int since = 1; // the schema version that brought the table
 };
 
 // An index on columns that rows are found by. Keys compare byte by byte, so the index does too,
@@ -62,10 +63,11 @@ const QList<IndexDef>& indexes();
 QString createIndexStatement(const IndexDef& index);
 
 // The schema version kept in the database file; raised with every upgrade step.
-inline constexpr int kVersion = 2;
+inline constexpr int kVersion = 3;
 
 // The statements that take a file from the version before to this one; the step to version 1 is
-// empty, as files older than versions already had every table.
+// empty, as files older than versions already had every table. Version 2 brought the indexes,
+// version 3 the history of the manual's tables.
 QStringList upgradeStatements(int toVersion);
 
 } // namespace schema
