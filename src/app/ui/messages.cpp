@@ -58,7 +58,7 @@ QMessageBox::StandardButton mostra(QWidget* parent, const Mensagem& mensagem)
 
 void setRespondedorEntrada(RespondedorEntrada r) { respondedorEntrada() = std::move(r); }
 
-QString entrada(QWidget* parent, const QString& titulo, const QString& pergunta)
+QString entrada(QWidget* parent, const QString& titulo, const QString& pergunta, const QString& sugestao)
 {
     if (respondedorEntrada())
         return respondedorEntrada()(titulo, pergunta);
@@ -67,6 +67,7 @@ QString entrada(QWidget* parent, const QString& titulo, const QString& pergunta)
     box.setWindowTitle(titulo);
     box.setLabelText(pergunta);
     box.setInputMode(QInputDialog::TextInput);
+    box.setTextValue(sugestao);
     return box.exec() == QDialog::Accepted ? box.textValue() : QString();
 }
 

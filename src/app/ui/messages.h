@@ -33,11 +33,12 @@ void setResponder(Responder responder);
 
 QMessageBox::StandardButton mostra(QWidget* parent, const Mensagem& mensagem);
 
-// A line typed in answer to a question, under a title of its own; a closed or cancelled box gives
-// an empty answer. Tests answer it in place of the user as they answer the boxes.
+// A line typed in answer to a question, under a title of its own, starting from an answer the
+// program suggests; a closed or cancelled box gives an empty answer. Tests answer it in place of
+// the user as they answer the boxes.
 using RespondedorEntrada = std::function<QString(const QString& titulo, const QString& pergunta)>;
 void setRespondedorEntrada(RespondedorEntrada respondedor);
-QString entrada(QWidget* parent, const QString& titulo, const QString& pergunta);
+QString entrada(QWidget* parent, const QString& titulo, const QString& pergunta, const QString& sugestao = {});
 
 // A refusal: exclamation, OK.
 void aviso(QWidget* parent, const QString& texto);
