@@ -35,6 +35,9 @@ Q_SIGNALS:
     void graficoPedido(const QString& modo, const QString& codAnalise, QObject* origem);
     // A value for a field of the analysis register, by the field's name.
     void valorParaAnalise(const QString& campo, const QString& valor);
+    // A calculation window asks to see the rows of the manual's tables its last calculation
+    // read, left in the session's LinhasUsadas.
+    void linhasUsadasPedidas();
 };
 
 } // namespace lavra

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "events.h"
+#include "store/manualtables.h"
 #include "store/store.h"
 
 #include <QList>
@@ -86,6 +87,9 @@ struct Session {
         QString planoTexto;
     };
     EscolhaGrafico Grafico;
+    // The rows of the manual's tables read by the last calculation of the window that asked to
+    // see them, for the window of the tables.
+    QList<manual::LinhaUsada> LinhasUsadas;
     // While true, the windows of the chain refuse their close box.
     bool BloqueiaFechar = false;
 

@@ -61,5 +61,6 @@ inline const QString kRelat = QStringLiteral("frmRelat");
 inline const QString kAtualiza = QStringLiteral("frmAtualiza");
 inline const QString kCopiaBd = QStringLiteral("frmCopiaBd");
 inline const QString kConvert = QStringLiteral("frmConvert");
+inline const QString kTabelas = QStringLiteral("frmTabelas");
 
 } // namespace lavra::janela

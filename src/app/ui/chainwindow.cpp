@@ -6,6 +6,7 @@
 #include "app/session.h"
 #include "app/windownames.h"
 #include "desktop.h"
+#include "messages.h"
 #include "windowregistry.h"
 
 #include <QAction>
@@ -45,6 +46,29 @@ QMenuBar* criaMenusCalculo(QWidget* janela, Session& session, WindowRegistry& wi
     calc->setObjectName(QStringLiteral("mnuCalc"));
     QObject::connect(calc, &QAction::triggered, janela, []() { abreCalculadora(); });
     return menus;
+}
+
+QAction* adicionaLinhasUsadas(QMenuBar* menus, QWidget* janela, Session& session, WindowRegistry& windows,
+                              std::function<LinhasDoCalculo()> linhas)
+{
+    QAction* acao = menus->addAction(QStringLiteral("Linhas da tabela usadas"));
+    acao->setObjectName(QStringLiteral("mnuLinhasUsadas"));
+    QObject::connect(acao, &QAction::triggered, janela, [janela, &session, &windows, linhas = std::move(linhas)]() {
+        const LinhasDoCalculo usadas = linhas();
+        if (!usadas) {
+            informacao(janela, QStringLiteral("Faça o cálculo primeiro: esta opção mostra as linhas das tabelas do "
+                                              "manual que o último cálculo leu."));
+            return;
+        }
+        if (usadas->isEmpty()) {
+            informacao(janela, QStringLiteral("Este cálculo não lê linhas das tabelas do manual."));
+            return;
+        }
+        session.LinhasUsadas = *usadas;
+        if (windows.show(janela::kTabelas))
+            Q_EMIT session.eventos.linhasUsadasPedidas();
+    });
+    return acao;
 }
 
 } // namespace lavra::ui

@@ -123,6 +123,11 @@ QGroupBox* CropWindow::criaDefinicoes(QGridLayout*& grade, int linhas, int minim
 
 void CropWindow::criaComandos(QBoxLayout* layout)
 {
+    // The crop windows have no other menu: the bar holds this one command.
+    auto* menus = new QMenuBar(this);
+    adicionaLinhasUsadas(menus, this, m_session, m_windows, [this]() { return m_linhasUsadas; });
+    layout->setMenuBar(menus);
+
     const LinhaPasso botoes = adicionaBotoesPasso(layout, this,
         { { { QStringLiteral("cmdCalc"), QStringLiteral("Calcular") },
               { QStringLiteral("cmdAjusta"), QStringLiteral("Ajustar") } },

@@ -46,7 +46,7 @@ protected:
     // The frame "Definições para o cálculo" with the crop list under "Culturas" in its first
     // column, over linhas rows of the grid, the whole list in view and at least minimoLinhas tall.
     QGroupBox* criaDefinicoes(QGridLayout*& grade, int linhas, int minimoLinhas = 0);
-    // The five buttons, in a row at the bottom of the layout.
+    // The five buttons, in a row at the bottom of the window's layout, and the menu bar above it.
     void criaComandos(QBoxLayout* layout);
     // A box of a number the user types: the warning against kilograms at each change, the
     // check as it is left, and any change is a change of input.
@@ -61,7 +61,7 @@ protected:
     std::optional<Calculo> executa(const std::function<Calculo()>& calculo)
     {
         try {
-            return calculo();
+            return anotandoLinhas(m_linhasUsadas, calculo);
         } catch (const StoreError& error) {
             LimpaCalculo();
             erroBanco(this, error);
@@ -89,6 +89,9 @@ protected:
     QList<QLineEdit*> m_txtNec;
 
 private:
+    // What the last run of cmdCalc read, for "Linhas da tabela usadas".
+    LinhasDoCalculo m_linhasUsadas;
+
     void prossegueClicado();
     // The figures adjusted in frmAjusta for the window of that name, box by box; they count as a
     // result of this window.

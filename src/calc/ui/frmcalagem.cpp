@@ -64,7 +64,9 @@ public:
     {
         setWindowTitle(QStringLiteral("Calagem"));
         auto* layout = new QVBoxLayout(this);
-        layout->setMenuBar(criaMenusCalculo(this, m_session, m_windows));
+        QMenuBar* menus = criaMenusCalculo(this, m_session, m_windows);
+        adicionaLinhasUsadas(menus, this, m_session, m_windows, [this]() { return m_linhasUsadas; });
+        layout->setMenuBar(menus);
 
         auto* sistemaFrame = new QGroupBox(QStringLiteral("Selecione a cultura ou o sistema de cultivo"), this);
         auto* sistemaLayout = new QVBoxLayout(sistemaFrame);
@@ -281,7 +283,7 @@ private:
 
         ResultadoCalagem resultado;
         try {
-            resultado = CalculaCalagem(m_session.db, pedido);
+            resultado = anotandoLinhas(m_linhasUsadas, [&]() { return CalculaCalagem(m_session.db, pedido); });
         } catch (const StoreError& error) {
             limpaResultado();
             erroBanco(this, error);
@@ -340,6 +342,8 @@ private:
     QLabel* m_custo = nullptr;
     // The material of the figures on the screen, while they stand.
     std::optional<MaterialCalagem> m_materialCalculado;
+    // What the last run of cmdCalc read, for "Linhas da tabela usadas".
+    LinhasDoCalculo m_linhasUsadas;
 };
 
 } // namespace
