@@ -53,6 +53,7 @@ void Aplicacao::registraJanelas()
     m_windows.registerWindow(janela::kCopiaBd, with(criaFrmCopiaBd), Modo::Modal);
     m_windows.registerWindow(janela::kAtualiza, with(criaFrmAtualiza), Modo::Modal);
     m_windows.registerWindow(janela::kConvert, with(criaFrmConvert));
+    m_windows.registerWindow(janela::kTabelas, with(criaFrmTabelas));
     m_windows.registerWindow(janela::kCliente, with(criaFrmCliente), Modo::Modal);
     m_windows.registerWindow(janela::kCadCli, with(criaFrmCadCli), Modo::Modal);
     m_windows.registerWindow(janela::kFertiliz, with(criaFrmFertiliz), Modo::Modal);

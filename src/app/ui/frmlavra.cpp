@@ -254,6 +254,8 @@ void FrmLavra::criaMenus()
               opens(janela::kConvert), registered(janela::kConvert));
     addAction(ferramentas, QStringLiteral("mnuCopyBb"), QStringLiteral("Fazer cópia do banco de dados"),
               opens(janela::kCopiaBd), registered(janela::kCopiaBd));
+    addAction(ferramentas, QStringLiteral("mnuTabelas"), QStringLiteral("Tabelas do manual"),
+              opens(janela::kTabelas), registered(janela::kTabelas));
 
     QMenu* ajuda = menuBar()->addMenu(QStringLiteral("A&juda"));
     ajuda->setObjectName(QStringLiteral("mnuAjd"));
