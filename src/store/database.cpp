@@ -4,6 +4,7 @@
 #include "csv.h"
 #include "databasefile.h"
 #include "errortext.h"
+#include "manualtables.h"
 #include "schema.h"
 #include "storeerror.h"
 
@@ -24,7 +25,9 @@ namespace {
 
 const QStringList kNoteColumns = {QStringLiteral("source"), QStringLiteral("confidence")};
 
-QVariant seedValue(const QString& text, ColumnType type, const QString& where)
+} // namespace
+
+QVariant startingValue(const QString& text, ColumnType type, const QString& where)
 {
     if (text.isEmpty())
         return {};
@@ -52,6 +55,8 @@ QVariant seedValue(const QString& text, ColumnType type, const QString& where)
         throw StoreError(QStringLiteral("Valor inválido '%1' em %2.").arg(text, where));
     return value;
 }
+
+namespace {
 
 void loadTable(Connection& connection, const TableDef& table, const QString& fileName)
 {
@@ -92,7 +97,7 @@ void loadTable(Connection& connection, const TableDef& table, const QString& fil
         for (int f = 0; f < record.size(); ++f) {
             if (columnOf[f] >= 0) {
                 const QString where = QStringLiteral("%1, linha %2").arg(fileName).arg(r + 1);
-                insert.addBindValue(seedValue(record[f], table.columns[columnOf[f]].type, where));
+                insert.addBindValue(startingValue(record[f], table.columns[columnOf[f]].type, where));
             }
         }
         if (!insert.exec())
@@ -242,6 +247,7 @@ void create(const QString& path, const QString& dataDir)
         Transaction transaction(connection);
         createSchema(connection);
         loadStartingRows(connection, dataDir);
+        manual::registraVersaoDados(connection);
         transaction.commit();
         connection.close();
     } catch (...) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "connection.h"
+#include "schema.h"
 
 #include <QString>
 
@@ -20,6 +21,10 @@ void createSchema(Connection& connection);
 // Adds the rows of every "<table>.csv" in dataDir; numbers are written with a decimal point.
 // Columns named "source" or "confidence" are notes on the rows, not data, and are passed over.
 void loadStartingRows(Connection& connection, const QString& dataDir);
+
+// A field of a data file as the column keeps it: numbers written with a decimal point, dates in
+// ISO form, an empty field as null. Throws StoreError naming where for anything else.
+QVariant startingValue(const QString& text, ColumnType type, const QString& where);
 
 // The schema version written in the file; 0 for a file made before versions were kept.
 int schemaVersion(Connection& connection);

@@ -89,6 +89,8 @@ struct ValorLido {
     QString recusa; // empty when accepted
 };
 ValorLido leValor(const QString& tabela, int coluna, const QString& texto);
+// Whether two values are the same for a column of that type: singles as 32-bit floats.
+bool mesmoValor(const QVariant& a, const QVariant& b, ColumnType tipo);
 
 // ---- Corrections and their history ---------------------------------------------------------
 
@@ -99,6 +101,9 @@ struct Correcao {
     QVariant anterior;
     QVariant novo;
 };
+
+// "GRAON, "MilhoG", NBase: 20 → 25", the values as the machine writes numbers.
+QString textoCorrecao(const Correcao& correcao);
 
 struct RegistroHistorico {
     QString tabela;
