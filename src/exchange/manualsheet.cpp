@@ -16,14 +16,6 @@ const QString kFonte = QStringLiteral("Fonte");
 const QString kConfianca = QStringLiteral("Confiança");
 const QString kFolhaColunas = QStringLiteral("Colunas");
 
-const TableDef& definicao(const QString& tabela)
-{
-    const TableDef* def = ehTabelaDoManual(tabela) ? schema::findTable(tabela) : nullptr;
-    if (!def)
-        throw ErroPasta(QStringLiteral("A tabela %1 não é uma das tabelas do manual.").arg(tabela));
-    return *def;
-}
-
 // A cell as the text the user would type for it, numbers with the machine's decimal symbol, so
 // that a cell goes through the same checks as a value typed in the window.
 QString textoDaCelula(const Celula& celula)
@@ -50,7 +42,7 @@ std::optional<QVariant> valorDeChave(const Celula& celula, const ColumnDef& colu
 
 void exportaTabela(const Store& db, const QString& tabela, const QString& caminho)
 {
-    const TableDef& def = definicao(tabela);
+    const TableDef& def = definicaoDe(tabela);
     const QList<LinhaManual> linhas = leTabela(db, tabela);
 
     FolhaEscrita dados{tabela, {}};
@@ -100,7 +92,7 @@ QString Importacao::texto() const
 
 Importacao leImportacao(const Store& db, const QString& tabela, const QString& caminho)
 {
-    const TableDef& def = definicao(tabela);
+    const TableDef& def = definicaoDe(tabela);
     const Pasta pasta = abrePasta(caminho);
     const Planilha* folha = pasta.planilha(tabela);
     if (!folha)

@@ -3,7 +3,10 @@
 #include "connection.h"
 #include "schema.h"
 
+#include <QList>
 #include <QString>
+#include <QVariant>
+#include <QVector>
 
 namespace lavra::database {
 
@@ -22,9 +25,19 @@ void createSchema(Connection& connection);
 // Columns named "source" or "confidence" are notes on the rows, not data, and are passed over.
 void loadStartingRows(Connection& connection, const QString& dataDir);
 
-// A field of a data file as the column keeps it: numbers written with a decimal point, dates in
-// ISO form, an empty field as null. Throws StoreError naming where for anything else.
-QVariant startingValue(const QString& text, ColumnType type, const QString& where);
+// The rows of a data file of a table, each as wide as the table, with its notes.
+struct StartingRow {
+    QVector<QVariant> values; // as the columns keep them; null where the file has no field
+    QString source;
+    QString confidence;
+};
+struct StartingRows {
+    QList<int> columns; // the table's columns the file fills, in file order
+    QList<StartingRow> rows;
+};
+// Throws StoreError for a file that cannot be read, a heading that names no column or note, a
+// row of another width, or a field its column cannot hold.
+StartingRows readStartingRows(const TableDef& table, const QString& fileName);
 
 // The schema version written in the file; 0 for a file made before versions were kept.
 int schemaVersion(Connection& connection);

@@ -2,13 +2,11 @@
 
 #include "base/numbers.h"
 #include "changenotifier.h"
-#include "csv.h"
 #include "database.h"
 #include "databasefile.h"
 #include "query.h"
 #include "storeerror.h"
 
-#include <QFile>
 #include <QRegularExpression>
 #include <QSet>
 #include <QSqlError>
@@ -25,14 +23,6 @@ const QString kSmp = QStringLiteral("SMP");
 const QString kHistorico = QStringLiteral("HistoricoTabelas");
 const QString kConferidas = QStringLiteral("LinhasConferidas");
 const QString kVersao = QStringLiteral("VersaoDados");
-
-const TableDef& definicao(const QString& tabela)
-{
-    const TableDef* def = ehTabelaDoManual(tabela) ? schema::findTable(tabela) : nullptr;
-    if (!def)
-        throw StoreError(QStringLiteral("A tabela %1 não é uma das tabelas do manual.").arg(tabela));
-    return *def;
-}
 
 // A value in the form the history keeps it, whatever the machine: numbers with a point.
 QString textoGuardado(const QVariant& valor)
@@ -126,7 +116,7 @@ void marca(Connection& cn, const QString& tabela, const QString& chave, bool mar
 // Writes one value to every row of its key, and its line of history.
 void grava(Connection& cn, const Correcao& c, const QString& motivo, const QDateTime& quando)
 {
-    const TableDef& def = definicao(c.tabela);
+    const TableDef& def = definicaoDe(c.tabela);
     if (c.coluna < 0 || c.coluna >= def.columns.size() || colunasChave(def.name).contains(c.coluna))
         throw StoreError(QStringLiteral("A coluna %1 da tabela %2 não pode ser corrigida.").arg(c.coluna).arg(def.name));
     const ColumnDef& coluna = def.columns[c.coluna];
@@ -149,7 +139,7 @@ void grava(Connection& cn, const Correcao& c, const QString& motivo, const QDate
 void confere(Connection& cn, const QList<Correcao>& correcoes)
 {
     for (const Correcao& c : correcoes) {
-        const TableDef& def = definicao(c.tabela);
+        const TableDef& def = definicaoDe(c.tabela);
         const QVector<QVariant> linha = linhaDaChave(cn, def, c.chave);
         if (linha.isEmpty())
             throw StoreError(QStringLiteral("A tabela %1 não tem mais a linha \"%2\".").arg(def.name, c.chave));
@@ -240,6 +230,14 @@ QString tabelaDe(const QString& nome)
             return t;
     }
     return nome;
+}
+
+const TableDef& definicaoDe(const QString& tabela)
+{
+    const TableDef* def = ehTabelaDoManual(tabela) ? schema::findTable(tabela) : nullptr;
+    if (!def)
+        throw StoreError(QStringLiteral("A tabela %1 não é uma das tabelas do manual.").arg(tabela));
+    return *def;
 }
 
 QList<int> colunasChave(const QString& tabela)
@@ -376,40 +374,10 @@ DadosEntregues leDadosEntregues(const QString& dir, int versao)
     DadosEntregues dados;
     dados.versao = versao;
     for (const QString& tabela : tabelas()) {
-        const TableDef& def = definicao(tabela);
-        const QString arquivo = QStringLiteral("%1/%2.csv").arg(dir, tabela);
-        QFile file(arquivo);
-        if (!file.open(QIODevice::ReadOnly))
-            throw StoreError(QStringLiteral("Não foi possível ler o arquivo de dados '%1'.").arg(arquivo));
-        const QList<QStringList> registros = parseCsv(QString::fromUtf8(file.readAll()));
-        if (registros.isEmpty())
-            continue;
-        const QStringList cabecalho = registros.first();
-        const int fonte = cabecalho.indexOf(QStringLiteral("source"));
-        const int confianca = cabecalho.indexOf(QStringLiteral("confidence"));
-        QList<int> coluna;
-        for (const QString& nome : cabecalho) {
-            int c = -1;
-            for (int i = 0; i < def.columns.size(); ++i) {
-                if (def.columns[i].name == nome.trimmed())
-                    c = i;
-            }
-            coluna << c;
-        }
         QList<LinhaEntregue>& linhas = dados.tabelas[tabela];
-        for (int r = 1; r < registros.size(); ++r) {
-            const QStringList& registro = registros[r];
-            LinhaEntregue linha;
-            linha.valores.resize(def.columns.size());
-            for (int f = 0; f < registro.size() && f < coluna.size(); ++f) {
-                if (coluna[f] >= 0)
-                    linha.valores[coluna[f]] = database::startingValue(registro[f], def.columns[coluna[f]].type,
-                        QStringLiteral("%1, linha %2").arg(arquivo).arg(r + 1));
-            }
-            linha.fonte = registro.value(fonte);
-            linha.confianca = registro.value(confianca);
-            linhas << linha;
-        }
+        for (const database::StartingRow& row :
+            database::readStartingRows(definicaoDe(tabela), QStringLiteral("%1/%2.csv").arg(dir, tabela)).rows)
+            linhas << LinhaEntregue{row.values, row.source, row.confidence};
     }
     return dados;
 }
@@ -424,7 +392,7 @@ const DadosEntregues& dadosDoPrograma()
 
 QList<LinhaManual> leTabela(const Store& db, const QString& tabela, const DadosEntregues& dados)
 {
-    const TableDef& def = definicao(tabela);
+    const TableDef& def = definicaoDe(tabela);
     Connection cn(db.strConn);
     cn.open();
     QSet<QString> marcadas;
@@ -476,7 +444,7 @@ QString textoValor(const QVariant& valor)
 
 ValorLido leValor(const QString& tabela, int coluna, const QString& texto)
 {
-    const TableDef& def = definicao(tabela);
+    const TableDef& def = definicaoDe(tabela);
     if (coluna < 0 || coluna >= def.columns.size())
         return {{}, QStringLiteral("A tabela %1 não tem essa coluna.").arg(tabela)};
     if (colunasChave(tabela).contains(coluna))
@@ -532,7 +500,7 @@ bool mesmoValor(const QVariant& a, const QVariant& b, ColumnType tipo)
 
 QString textoCorrecao(const Correcao& c)
 {
-    const TableDef& def = definicao(c.tabela);
+    const TableDef& def = definicaoDe(c.tabela);
     return QStringLiteral("%1, \"%2\", %3: %4 → %5")
         .arg(c.tabela, c.chave, def.columns.value(c.coluna).name, textoValor(c.anterior), textoValor(c.novo));
 }
@@ -557,7 +525,7 @@ void corrige(const Store& db, const QList<Correcao>& correcoes, const QString& m
 
 QList<Correcao> restauracao(const Store& db, const QString& tabela, const QString& chave, const DadosEntregues& dados)
 {
-    const TableDef& def = definicao(tabela);
+    const TableDef& def = definicaoDe(tabela);
     const LinhaEntregue* entregue = dados.linha(tabela, chave);
     if (!entregue)
         throw StoreError(QStringLiteral("O programa não traz a linha \"%1\" da tabela %2, e não há valor original a restaurar.")
@@ -669,7 +637,7 @@ RelatorioAtualizacao atualizaDados(Connection& connection, const DadosEntregues&
     const QDateTime quando = agora();
     Transaction t(connection);
     for (const QString& tabela : tabelas()) {
-        const TableDef& def = definicao(tabela);
+        const TableDef& def = definicaoDe(tabela);
         for (const LinhaEntregue& entregue : dados.tabelas.value(tabela)) {
             const QString chave = textoChave(tabela, entregue.valores);
             const QVector<QVariant> atual = linhaDaChave(connection, def, chave);

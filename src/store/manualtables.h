@@ -22,6 +22,9 @@ bool ehTabelaDoManual(const QString& tabela);
 // The table a name stands for: an alias such as CONDMEDP1 reads CONDMEDP.
 QString tabelaDe(const QString& nome);
 
+// Its columns; throws StoreError for a table that is not one of the manual's.
+const TableDef& definicaoDe(const QString& tabela);
+
 // The columns that tell the rows of a table apart: text and group in Calagem, where every
 // group has its own "Selecione", the first column elsewhere. They are not edited.
 QList<int> colunasChave(const QString& tabela);
