@@ -11,6 +11,7 @@
 #include "registers/analysis.h"
 #include "report/laudo.h"
 #include "report/saved.h"
+#include "store/manualtables.h"
 
 #include <QCoreApplication>
 #include <QDate>
@@ -100,6 +101,16 @@ int main(int argc, char** argv)
     medidas.push_back(mede(QStringLiteral("cost share of a saved recommendation"), kRecomendacoes, [&](int) {
         EscolheRecomendacaoDoGrafico(session, report::TipoLaudo::Formulas, codigoSalvo, cultivoSalvo);
         ParticipacaoDoGrafico(session);
+    }));
+    medidas.push_back(mede(QStringLiteral("manual table for its window (leTabela, Calagem)"), 52, [&](int) {
+        manual::leTabela(db, QStringLiteral("Calagem"));
+    }));
+    medidas.push_back(mede(QStringLiteral("data upgrade at start, every row compared"), 600, [&](int) {
+        Connection cn(caminho);
+        cn.open();
+        cn.execute(QStringLiteral("UPDATE VersaoDados SET Versao = 0"));
+        manual::atualizaDados(cn);
+        cn.close();
     }));
 
     imprime(medidas, picoVazio);

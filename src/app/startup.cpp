@@ -1,6 +1,7 @@
 #include "startup.h"
 
 #include "store/database.h"
+#include "store/manualtables.h"
 #include "store/query.h"
 #include "store/storeerror.h"
 
@@ -9,7 +10,7 @@
 
 namespace lavra {
 
-void AbreBanco(Session& session, const QString& path)
+QString AbreBanco(Session& session, const QString& path)
 {
     // An empty file is what a full disk or a broken copy leaves: there was nothing in it to keep.
     const QFileInfo found(path);
@@ -20,13 +21,34 @@ void AbreBanco(Session& session, const QString& path)
                                             "Verifique se a pasta onde ele está permite gravar."),
                              empty.errorString(), StoreError::Access::None);
     }
+    QString atualizacao;
     if (QFileInfo::exists(path)) {
         database::check(path);
         database::upgrade(path);
+        atualizacao = AtualizaTabelasDoManual(path);
     } else {
         database::create(path);
     }
     session.db = Store(path);
+    return atualizacao;
+}
+
+QString AtualizaTabelasDoManual(const QString& path, const manual::DadosEntregues& dados)
+{
+    Connection connection(path);
+    connection.open();
+    QString texto;
+    try {
+        const manual::RelatorioAtualizacao r = manual::atualizaDados(connection, dados);
+        if (!r.vazio())
+            texto = r.texto();
+    } catch (const StoreError& error) {
+        // A copy on a read-only disk is still worked on, with the rows it holds.
+        if (!error.stoppedWrite())
+            throw;
+    }
+    connection.close();
+    return texto;
 }
 
 bool CarregaTecnico(Session& session)

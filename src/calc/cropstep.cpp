@@ -6,6 +6,7 @@
 #include "base/numbers.h"
 #include "base/validation.h"
 #include "calc/cropgroups.h"
+#include "store/manualtables.h"
 #include "store/query.h"
 
 #include <cmath>
@@ -153,7 +154,10 @@ std::optional<double> celula(const QVector<QVariant>& linha, int ordinal)
 
 std::optional<QVector<QVariant>> leLinha(const Store& db, const Consulta& consulta)
 {
-    return consulta::primeira(db, consulta.tabela, { { kColunaChave, consulta.chave } });
+    auto linha = consulta::primeira(db, consulta.tabela, { { kColunaChave, consulta.chave } });
+    if (linha)
+        manual::anotaLeitura(consulta.tabela, *linha);
+    return linha;
 }
 
 Desfecho semLinha(const Consulta& consulta)

@@ -6,6 +6,7 @@
 #include "base/numbers.h"
 #include "calc/cropgroups.h"
 #include "smp.h"
+#include "store/manualtables.h"
 #include "store/query.h"
 #include "store/store.h"
 #include "store/storeerror.h"
@@ -101,6 +102,7 @@ std::optional<SistemaCalagem> LeSistemaCalagem(Store& db, int grupo, const QStri
         consulta::primeira(db, kTabelaCalagem, {{colunaGrupo(), grupo}, {consulta::coluna(kTabelaCalagem, 0), texto}});
     if (!linha)
         return std::nullopt;
+    manual::anotaLeitura(kTabelaCalagem, *linha);
     const QVector<QVariant>& v = *linha;
     SistemaCalagem s;
     s.texto = texto;

@@ -1,6 +1,7 @@
 #include "smp.h"
 
 #include "base/numbers.h"
+#include "store/manualtables.h"
 #include "store/query.h"
 #include "store/storeerror.h"
 
@@ -27,6 +28,7 @@ std::optional<float> consultaSmp(Store& db, float indiceSmp, int indice, Compara
         db, kTabelaSmp, {{consulta::coluna(kTabelaSmp, 0), widenShortest(procurado)}});
     if (!linha)
         return std::nullopt;
+    manual::anotaLeitura(kTabelaSmp, *linha);
     if (indice < 0 || indice >= linha->size())
         throw StoreError(QStringLiteral("A tabela %1 não tem a coluna %2.").arg(kTabelaSmp).arg(indice));
     return linha->at(indice).toFloat();

@@ -4,6 +4,7 @@
 #include "csv.h"
 #include "databasefile.h"
 #include "errortext.h"
+#include "manualtables.h"
 #include "schema.h"
 #include "storeerror.h"
 
@@ -24,7 +25,9 @@ namespace {
 
 const QStringList kNoteColumns = {QStringLiteral("source"), QStringLiteral("confidence")};
 
-QVariant seedValue(const QString& text, ColumnType type, const QString& where)
+// A field of a data file as the column keeps it: numbers written with a decimal point, dates in
+// ISO form, an empty field as null.
+QVariant startingValue(const QString& text, ColumnType type, const QString& where)
 {
     if (text.isEmpty())
         return {};
@@ -53,19 +56,21 @@ QVariant seedValue(const QString& text, ColumnType type, const QString& where)
     return value;
 }
 
-void loadTable(Connection& connection, const TableDef& table, const QString& fileName)
+} // namespace
+
+StartingRows readStartingRows(const TableDef& table, const QString& fileName)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         throw StoreError(QStringLiteral("Não foi possível ler o arquivo de dados '%1'.").arg(fileName));
     const QList<QStringList> records = parseCsv(QString::fromUtf8(file.readAll()));
+    StartingRows result;
     if (records.isEmpty())
-        return;
+        return result;
 
     // Map each heading to its column; every heading must name a column or a note.
     const QStringList header = records.first();
     QList<int> columnOf;
-    QStringList names;
     for (const QString& heading : header) {
         int index = -1;
         for (int c = 0; c < table.columns.size(); ++c) {
@@ -77,24 +82,47 @@ void loadTable(Connection& connection, const TableDef& table, const QString& fil
                                  .arg(heading, fileName, table.name));
         columnOf << index;
         if (index >= 0)
-            names << quoteIdentifier(table.columns[index].name);
+            result.columns << index;
     }
+    const qsizetype source = header.indexOf(kNoteColumns[0]);
+    const qsizetype confidence = header.indexOf(kNoteColumns[1]);
 
-    QSqlQuery insert(connection.database());
-    insert.prepare(QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                       .arg(quoteIdentifier(table.name), names.join(QStringLiteral(", ")),
-                            QStringList(names.size(), QStringLiteral("?")).join(QStringLiteral(", "))));
     for (int r = 1; r < records.size(); ++r) {
         const QStringList& record = records[r];
         if (record.size() != header.size())
             throw StoreError(QStringLiteral("A linha %1 do arquivo '%2' tem %3 campos; o cabeçalho tem %4.")
                                  .arg(r + 1).arg(fileName).arg(record.size()).arg(header.size()));
+        StartingRow row;
+        row.values.resize(table.columns.size());
+        const QString where = QStringLiteral("%1, linha %2").arg(fileName).arg(r + 1);
         for (int f = 0; f < record.size(); ++f) {
-            if (columnOf[f] >= 0) {
-                const QString where = QStringLiteral("%1, linha %2").arg(fileName).arg(r + 1);
-                insert.addBindValue(seedValue(record[f], table.columns[columnOf[f]].type, where));
-            }
+            if (columnOf[f] >= 0)
+                row.values[columnOf[f]] = startingValue(record[f], table.columns[columnOf[f]].type, where);
         }
+        row.source = record.value(source);
+        row.confidence = record.value(confidence);
+        result.rows << row;
+    }
+    return result;
+}
+
+namespace {
+
+void loadTable(Connection& connection, const TableDef& table, const QString& fileName)
+{
+    const StartingRows starting = readStartingRows(table, fileName);
+    QStringList names;
+    for (int c : starting.columns)
+        names << quoteIdentifier(table.columns[c].name);
+    if (names.isEmpty())
+        return;
+    QSqlQuery insert(connection.database());
+    insert.prepare(QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                       .arg(quoteIdentifier(table.name), names.join(QStringLiteral(", ")),
+                            QStringList(names.size(), QStringLiteral("?")).join(QStringLiteral(", "))));
+    for (const StartingRow& row : starting.rows) {
+        for (int c : starting.columns)
+            insert.addBindValue(row.values[c]);
         if (!insert.exec())
             throw engineError(insert.lastError(), StoreError::Access::Write);
     }
@@ -242,6 +270,7 @@ void create(const QString& path, const QString& dataDir)
         Transaction transaction(connection);
         createSchema(connection);
         loadStartingRows(connection, dataDir);
+        manual::registraVersaoDados(connection);
         transaction.commit();
         connection.close();
     } catch (...) {

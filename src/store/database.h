@@ -1,8 +1,12 @@
 #pragma once
 
 #include "connection.h"
+#include "schema.h"
 
+#include <QList>
 #include <QString>
+#include <QVariant>
+#include <QVector>
 
 namespace lavra::database {
 
@@ -20,6 +24,20 @@ void createSchema(Connection& connection);
 // Adds the rows of every "<table>.csv" in dataDir; numbers are written with a decimal point.
 // Columns named "source" or "confidence" are notes on the rows, not data, and are passed over.
 void loadStartingRows(Connection& connection, const QString& dataDir);
+
+// The rows of a data file of a table, each as wide as the table, with its notes.
+struct StartingRow {
+    QVector<QVariant> values; // as the columns keep them; null where the file has no field
+    QString source;
+    QString confidence;
+};
+struct StartingRows {
+    QList<int> columns; // the table's columns the file fills, in file order
+    QList<StartingRow> rows;
+};
+// Throws StoreError for a file that cannot be read, a heading that names no column or note, a
+// row of another width, or a field its column cannot hold.
+StartingRows readStartingRows(const TableDef& table, const QString& fileName);
 
 // The schema version written in the file; 0 for a file made before versions were kept.
 int schemaVersion(Connection& connection);

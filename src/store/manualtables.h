@@ -22,6 +22,9 @@ bool ehTabelaDoManual(const QString& tabela);
 // The table a name stands for: an alias such as CONDMEDP1 reads CONDMEDP.
 QString tabelaDe(const QString& nome);
 
+// Its columns; throws StoreError for a table that is not one of the manual's.
+const TableDef& definicaoDe(const QString& tabela);
+
 // The columns that tell the rows of a table apart: text and group in Calagem, where every
 // group has its own "Selecione", the first column elsewhere. They are not edited.
 QList<int> colunasChave(const QString& tabela);
@@ -89,6 +92,8 @@ struct ValorLido {
     QString recusa; // empty when accepted
 };
 ValorLido leValor(const QString& tabela, int coluna, const QString& texto);
+// Whether two values are the same for a column of that type: singles as 32-bit floats.
+bool mesmoValor(const QVariant& a, const QVariant& b, ColumnType tipo);
 
 // ---- Corrections and their history ---------------------------------------------------------
 
@@ -99,6 +104,9 @@ struct Correcao {
     QVariant anterior;
     QVariant novo;
 };
+
+// "GRAON, "MilhoG", NBase: 20 → 25", the values as the machine writes numbers.
+QString textoCorrecao(const Correcao& correcao);
 
 struct RegistroHistorico {
     QString tabela;

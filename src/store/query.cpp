@@ -6,8 +6,6 @@
 
 namespace lavra::consulta {
 
-namespace {
-
 QString condicao(const QList<Chave>& chaves, QVariantList& valores)
 {
     QStringList partes;
@@ -24,8 +22,6 @@ QString condicao(const QList<Chave>& chaves, QVariantList& valores)
     }
     return partes.isEmpty() ? QString() : QStringLiteral(" WHERE ") + partes.join(QStringLiteral(" AND "));
 }
-
-} // namespace
 
 Cursor sql(const Store& db, const QString& comando, const QVariantList& valores)
 {

@@ -36,6 +36,10 @@ bool existe(const Store& db, const QString& tabela, const QList<Chave>& chaves);
 // Any statement, with values bound to its '?' in order.
 Cursor sql(const Store& db, const QString& comando, const QVariantList& valores = {});
 
+// " WHERE ..." for those keys, their values appended to valores in the order of the '?'; empty
+// for no keys.
+QString condicao(const QList<Chave>& chaves, QVariantList& valores);
+
 // The name of a column of a table by ordinal, for the routines that address columns by position.
 QString coluna(const QString& tabela, int ordinal);
 

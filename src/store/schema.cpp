@@ -157,6 +157,9 @@ QList<IndexDef> buildIndexes()
                            {"RecoForm", {"CodAnalise", "CodCultivo"}},
                            {"RecoFormulac", {"CodAnalise", "CodCultivo"}},
                            {"RecoFlorest", {"CodAnalise", "CodCultivo"}},
+                           {"Calagem", {"Grupo", "Texto"}},
+                           {"SMP", {"Indice"}},
+                           {"Graf", {"Classe"}},
                            {"LinhasConferidas", {"Tabela", "Chave"}}};
     // The manual's tables are read one row at a time, by key.
     for (const TableDef& table : schema::tables()) {

@@ -77,7 +77,7 @@ TEST(IndexesTest, AVersionOneFileGetsTheIndexesAtStartAndKeepsItsRows)
 
     Session session;
     AbreBanco(session, scratch.path());
-    EXPECT_EQ(scratch.scalar(QStringLiteral("PRAGMA user_version")).toInt(), 2);
+    EXPECT_EQ(scratch.scalar(QStringLiteral("PRAGMA user_version")).toInt(), schema::kVersion);
     EXPECT_EQ(indexesIn(scratch), expectedIndexes());
     EXPECT_EQ(ClienteRegistrado(session.db, QStringLiteral(" Ana Souza")), QStringLiteral("Ana Souza"));
 

@@ -53,6 +53,27 @@ private Q_SLOTS:
         QCOMPARE(labels(main).first(), QStringLiteral("Bruno Lima"));
     }
 
+    void newerDataOfTheManualIsToldOnceTheMainWindowIsUp()
+    {
+        UiHarness h;
+        h.exec(QStringLiteral("INSERT INTO TecResp VALUES ('Ana Souza', 'Engenheira Agrônoma', '12345-D', 1)"));
+        h.exec(QStringLiteral("UPDATE VersaoDados SET Versao = 0"));
+        h.exec(QStringLiteral("UPDATE GRAOPC1 SET Classe2 = 60 WHERE Chave = 'Soja'"));
+        {
+            ui::Aplicacao outra(h.databasePath());
+            QVERIFY(h.boxes.isEmpty());
+            outra.mostraJanelaPrincipal();
+            QCOMPARE(h.boxes.size(), 1);
+            QCOMPARE(h.boxes[0].icone, ui::Icone::Informacao);
+            QVERIFY(h.boxes[0].texto.contains(QStringLiteral("GRAOPC1, \"Soja\", Classe2: 60 → 70")));
+        }
+        // Told once: the next start has nothing to say.
+        h.clearBoxes();
+        ui::Aplicacao terceira(h.databasePath());
+        terceira.mostraJanelaPrincipal();
+        QVERIFY(h.boxes.isEmpty());
+    }
+
     void menuOpensItsWindowAndItsButtonClosesIt()
     {
         UiHarness h;

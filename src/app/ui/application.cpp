@@ -25,7 +25,7 @@ namespace lavra::ui {
 
 Aplicacao::Aplicacao(const QString& databasePath)
 {
-    AbreBanco(m_session, databasePath);
+    m_atualizacaoDados = AbreBanco(m_session, databasePath);
     registraJanelas();
 }
 
@@ -37,6 +37,25 @@ Aplicacao::~Aplicacao()
             delete w;
     }
 }
+
+namespace {
+
+// A box holds a few dozen lines; the whole list stays in the history of the tables.
+QString resumoDaAtualizacao(const QString& texto)
+{
+    constexpr int kLinhas = 30;
+    QStringList linhas = texto.split(QLatin1Char('\n'));
+    if (linhas.size() > kLinhas) {
+        const qsizetype resto = linhas.size() - kLinhas;
+        linhas = linhas.mid(0, kLinhas);
+        linhas << QStringLiteral("… e mais %1 linhas.").arg(resto);
+    }
+    linhas << QString()
+           << QStringLiteral("Os valores alterados estão no histórico das tabelas (menu Ferramentas, Tabelas do manual).");
+    return linhas.join(QLatin1Char('\n'));
+}
+
+} // namespace
 
 // The one place where every window of the program is made known by its name.
 void Aplicacao::registraJanelas()
@@ -97,6 +116,10 @@ FrmLavra* Aplicacao::mostraJanelaPrincipal()
     centraliza(m_main);
     m_main->show();
     m_main->iniciar();
+    if (!m_atualizacaoDados.isEmpty()) {
+        informacao(m_main, resumoDaAtualizacao(m_atualizacaoDados));
+        m_atualizacaoDados.clear();
+    }
     return m_main;
 }
 

@@ -33,6 +33,9 @@ private:
 
     Session m_session;
     WindowRegistry m_windows;
+    // What a newer version of the manual's tables changed in the file, told once the main
+    // window is up.
+    QString m_atualizacaoDados;
     QPointer<FrmLavra> m_main;
 };
 
