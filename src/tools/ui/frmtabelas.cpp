@@ -335,7 +335,7 @@ private:
             aviso(this, lido.recusa);
             return;
         }
-        if (manual::textoValor(lido.valor) == manual::textoValor(anterior))
+        if (manual::mesmoValor(lido.valor, anterior, manual::definicaoDe(nomeTabela).columns[coluna].type))
             return;
         const QString motivo =
             entrada(this, QStringLiteral("Motivo da correção"),
