@@ -23,6 +23,7 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -34,8 +35,9 @@ namespace lavra::ui {
 namespace {
 
 const QString kMotivoRestauracao = QStringLiteral("Valor original do programa restaurado");
-constexpr int kLarguraMaximaChave = 320;
-constexpr int kLarguraMaximaValor = 130;
+constexpr int kLarguraMaximaChave = 300;
+constexpr int kLarguraMaximaValor = 150;
+constexpr int kMargemTitulo = 20;
 constexpr int kLarguraFonte = 360;
 
 QString plural(int n, const QString& um, const QString& varios)
@@ -84,7 +86,9 @@ public:
         });
 
         tabelaEscolhida();
-        resize(1180, 660);
+        // Wide enough for the notes after the values of most tables, on the screens in use.
+        const QRect tela = screen()->availableGeometry();
+        resize(std::min(1320, tela.width() - 40), std::min(700, tela.height() - 60));
     }
 
 protected:
@@ -138,7 +142,8 @@ private:
         usadas->setContentsMargins(0, 0, 0, 0);
         m_lstUsadas = new QListWidget(m_painelUsadas);
         m_lstUsadas->setObjectName(QStringLiteral("lstUsadas"));
-        m_lstUsadas->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("GRAOPC1 — Milho silagem")) + 40);
+        // The grid keeps the room; a longer item is read whole in its tip.
+        m_lstUsadas->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("FORRAGPC1 — Azevém + trevo-branco")) + 30);
         usadas->addWidget(rotulo(QStringLiteral("Linhas &usadas no último cálculo"), m_lstUsadas, m_painelUsadas));
         usadas->addWidget(m_lstUsadas);
         m_painelUsadas->hide();
@@ -157,7 +162,8 @@ private:
         m_grade->verticalHeader()->setDefaultSectionSize(m_grade->fontMetrics().height() + 8);
         // Headings in words wrap on two or three lines rather than widen every column.
         m_grade->horizontalHeader()->setDefaultAlignment(Qt::Alignment::fromInt(Qt::AlignCenter | Qt::TextWordWrap));
-        m_grade->horizontalHeader()->setMinimumHeight(3 * m_grade->fontMetrics().height() + 10);
+        // A chosen row would set every heading in bold, wider than the room measured for it.
+        m_grade->horizontalHeader()->setHighlightSections(false);
         m_grade->horizontalHeader()->setStretchLastSection(true);
         meio->addWidget(m_grade, 1);
         layout->addLayout(meio, 1);
@@ -247,16 +253,29 @@ private:
     void ajustaColunas()
     {
         QHeaderView* cabecalho = m_grade->horizontalHeader();
+        const QFontMetrics metrica = cabecalho->fontMetrics();
         const int fonte = m_modelo->colunaFonte();
+        int altura = metrica.height();
         for (int c = 0; c < fonte; ++c) {
-            const bool chave = c < m_modelo->quantasChaves();
-            // As wide as the figures, and as the longest word of the heading, within a limit.
-            int largura = static_cast<const QAbstractItemView*>(m_grade)->sizeHintForColumn(c) + 16;
-            for (const QString& palavra : m_modelo->headerData(c, Qt::Horizontal).toString().split(QLatin1Char(' ')))
-                largura = std::max(largura, cabecalho->fontMetrics().horizontalAdvance(palavra) + 16);
-            m_grade->setColumnWidth(c, std::min(largura, chave ? kLarguraMaximaChave : kLarguraMaximaValor));
+            const QString titulo = m_modelo->headerData(c, Qt::Horizontal).toString();
+            // As wide as the figures, the longest word of the heading and a third of the whole
+            // heading, so that it takes three lines where the limit allows.
+            int largura = static_cast<const QAbstractItemView*>(m_grade)->sizeHintForColumn(c) + kMargemTitulo;
+            for (const QString& palavra : titulo.split(QLatin1Char(' ')))
+                largura = std::max(largura, metrica.horizontalAdvance(palavra) + kMargemTitulo);
+            largura = std::max(largura, metrica.horizontalAdvance(titulo) / 3 + 2 * kMargemTitulo);
+            largura = std::min(largura, c < m_modelo->quantasChaves() ? kLarguraMaximaChave : kLarguraMaximaValor);
+            // Room for the longest confidence, which a correction may bring to any row.
+            if (c == m_modelo->colunaConfianca())
+                largura = metrica.horizontalAdvance(manual::textoConfianca(manual::Confianca::ConferidaPeloUsuario))
+                          + kMargemTitulo;
+            m_grade->setColumnWidth(c, largura);
+            const QRect caixa(0, 0, largura - kMargemTitulo, 100 * metrica.height());
+            altura = std::max(altura, metrica.boundingRect(caixa, Qt::AlignCenter | Qt::TextWordWrap, titulo).height());
         }
         m_grade->setColumnWidth(fonte, kLarguraFonte);
+        // The header is as tall as its longest heading: the toolkit would measure one line.
+        cabecalho->setFixedHeight(std::min(altura, 6 * metrica.height()) + 10);
     }
 
     void aplicaFiltros()
@@ -480,8 +499,10 @@ private:
     {
         m_usadas = m_session.LinhasUsadas;
         m_lstUsadas->clear();
-        for (const manual::LinhaUsada& u : m_usadas)
-            m_lstUsadas->addItem(QStringLiteral("%1 — %2").arg(u.tabela, u.chave));
+        for (const manual::LinhaUsada& u : m_usadas) {
+            auto* item = new QListWidgetItem(QStringLiteral("%1 — %2").arg(u.tabela, u.chave), m_lstUsadas);
+            item->setToolTip(item->text());
+        }
         m_painelUsadas->setVisible(!m_usadas.isEmpty());
         if (m_usadas.isEmpty())
             return;

@@ -66,6 +66,7 @@ void mostraHistorico(QWidget* pai, const Store& db, const QList<manual::Registro
             item->setToolTip(texto);
             linha << item;
         }
+        linha[3]->setToolTip(manual::tituloColuna(r.tabela, r.coluna));
         linha[4]->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
         linha[5]->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
         modelo->appendRow(linha);
