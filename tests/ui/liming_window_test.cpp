@@ -1,10 +1,12 @@
 #include "app/session.h"
 #include "app/ui/windowregistry.h"
+#include "app/windownames.h"
 #include "calc/liming.h"
 #include "store/changenotifier.h"
 #include "testsupport.h"
 #include "uitestsupport.h"
 
+#include <QAction>
 #include <QComboBox>
 #include <QLabel>
 #include <QTableView>
@@ -117,6 +119,24 @@ private Q_SLOTS:
         avisa(QStringLiteral("Calcario"));
         QVERIFY(resultado(w).isEmpty());
         QVERIFY(custo(w).isEmpty());
+    }
+
+    // The rows the dose came from open in the window of the tables, at the system's row.
+    void theRowsOfTheDoseAreShownInTheTables()
+    {
+        UiHarness h;
+        QWidget* w = abre(h);
+        escolheSistema(w, QStringLiteral("Sistema convencional"));
+        click(w, QStringLiteral("optSMP"));
+        click(w, QStringLiteral("cmdCalc"));
+        find<QAction>(w, QStringLiteral("mnuLinhasUsadas"))->trigger();
+        const QList<manual::LinhaUsada>& usadas = h.session().LinhasUsadas;
+        QCOMPARE(usadas.size(), 2);
+        QCOMPARE(usadas[0], (manual::LinhaUsada{QStringLiteral("Calagem"), QStringLiteral("Sistema convencional (grupo 1)")}));
+        QCOMPARE(usadas[1].tabela, QStringLiteral("SMP"));
+        QWidget* tabelas = h.windows().window(janela::kTabelas);
+        QVERIFY(tabelas && tabelas->isVisible());
+        QCOMPARE(find<QComboBox>(tabelas, QStringLiteral("cboTabela"))->currentData().toString(), QStringLiteral("Calagem"));
     }
 };
 
