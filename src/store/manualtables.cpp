@@ -253,6 +253,15 @@ QString textoChave(const QString& tabela, const QVector<QVariant>& valores)
     return primeira;
 }
 
+QString chaveExibida(const QString& tabela, const QString& chave)
+{
+    if (!ehTabelaDoManual(tabela) || definicaoDe(tabela).columns.first().type == ColumnType::Text)
+        return chave;
+    bool ok = false;
+    const double numero = chave.toDouble(&ok);
+    return ok ? numberText(numero) : chave;
+}
+
 QString tituloColuna(const QString& tabela, const QString& coluna)
 {
     static const QHash<QString, QString> calagem = {
@@ -502,7 +511,8 @@ QString textoCorrecao(const Correcao& c)
 {
     const TableDef& def = definicaoDe(c.tabela);
     return QStringLiteral("%1, \"%2\", %3: %4 → %5")
-        .arg(c.tabela, c.chave, def.columns.value(c.coluna).name, textoValor(c.anterior), textoValor(c.novo));
+        .arg(c.tabela, chaveExibida(c.tabela, c.chave), def.columns.value(c.coluna).name, textoValor(c.anterior),
+            textoValor(c.novo));
 }
 
 void corrige(const Store& db, const QList<Correcao>& correcoes, const QString& motivo)
@@ -577,7 +587,8 @@ QList<RegistroHistorico> historico(const Store& db)
         return ok ? numberText(numero) : guardado;
     };
     while (q.next()) {
-        registros << RegistroHistorico{q.value(0).toString(), q.value(1).toString(), q.value(2).toString(),
+        registros << RegistroHistorico{q.value(0).toString(), chaveExibida(q.value(0).toString(), q.value(1).toString()),
+            q.value(2).toString(),
             local(q.value(3).toString()), local(q.value(4).toString()), q.value(5).toString(),
             QDateTime::fromString(q.value(6).toString(), Qt::ISODate)};
     }

@@ -32,6 +32,9 @@ QList<int> colunasChave(const QString& tabela);
 // Calagem the group after it, "Plantio direto consolidado (grupo 1)".
 QString textoChave(const QString& tabela, const QVector<QVariant>& valores);
 
+// A key as the user reads it: an index written as the machine writes numbers, "5,6".
+QString chaveExibida(const QString& tabela, const QString& chave);
+
 // The heading of a column in words, with its unit; the column's own name for one not described.
 QString tituloColuna(const QString& tabela, const QString& coluna);
 // What the table holds, in a few words, for the picker.

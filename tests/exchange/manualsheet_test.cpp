@@ -108,7 +108,7 @@ TEST_F(ManualSheetTest, TheHistoryGoesToAWorkbook)
     ASSERT_TRUE(folha);
     EXPECT_EQ(folha->linhasUsadas(), 2);
     EXPECT_EQ(folha->celula(2, 2).texto, QStringLiteral("SMP"));
-    EXPECT_EQ(folha->celula(2, 3).texto, QStringLiteral("4.4"));
+    EXPECT_EQ(folha->celula(2, 3).texto, QStringLiteral("4,4"));
     EXPECT_EQ(folha->celula(2, 5).texto, QStringLiteral("21"));
     EXPECT_EQ(folha->celula(2, 6).texto, QStringLiteral("21,5"));
     EXPECT_EQ(folha->celula(2, 7).texto, QStringLiteral("Tabela do livro"));

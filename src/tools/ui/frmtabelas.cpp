@@ -360,7 +360,7 @@ private:
             entrada(this, QStringLiteral("Motivo da correção"),
                     QStringLiteral("%1, linha \"%2\", coluna \"%3\": de %4 para %5.\n\nPor que o valor muda? "
                                    "(por exemplo, \"conferido no manual de 2004, p. 45\")")
-                        .arg(nomeTabela, chave, tituloColuna(coluna), manual::textoValor(anterior),
+                        .arg(nomeTabela, manual::chaveExibida(nomeTabela, chave), tituloColuna(coluna), manual::textoValor(anterior),
                              manual::textoValor(lido.valor)))
                 .trimmed();
         if (motivo.isEmpty())
@@ -400,7 +400,7 @@ private:
                          .arg(tituloColuna(c.coluna), manual::textoValor(c.anterior), manual::textoValor(c.novo));
         // Going back to what the program delivered needs no reason of its own: the history says so.
         if (!confirma(this, QStringLiteral("Restaurar os valores originais do programa na linha \"%1\" da tabela %2?\n\n%3")
-                                .arg(chave, nomeTabela, itens.join(QLatin1Char('\n')))))
+                                .arg(manual::chaveExibida(nomeTabela, chave), nomeTabela, itens.join(QLatin1Char('\n')))))
             return;
         try {
             manual::restaura(m_session.db, nomeTabela, chave, kMotivoRestauracao);
@@ -500,7 +500,7 @@ private:
         m_usadas = m_session.LinhasUsadas;
         m_lstUsadas->clear();
         for (const manual::LinhaUsada& u : m_usadas) {
-            auto* item = new QListWidgetItem(QStringLiteral("%1 — %2").arg(u.tabela, u.chave), m_lstUsadas);
+            auto* item = new QListWidgetItem(QStringLiteral("%1 — %2").arg(u.tabela, manual::chaveExibida(u.tabela, u.chave)), m_lstUsadas);
             item->setToolTip(item->text());
         }
         m_painelUsadas->setVisible(!m_usadas.isEmpty());
@@ -526,7 +526,7 @@ private:
         if (indice != m_cboTabela->currentIndex())
             m_cboTabela->setCurrentIndex(indice);
         if (!escolhe(usada.chave))
-            informacao(this, QStringLiteral("A linha \"%1\" não está mais na tabela %2.").arg(usada.chave, usada.tabela));
+            informacao(this, QStringLiteral("A linha \"%1\" não está mais na tabela %2.").arg(manual::chaveExibida(usada.tabela, usada.chave), usada.tabela));
     }
 
     Session& m_session;
