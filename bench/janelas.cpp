@@ -102,7 +102,7 @@ int main(int argc, char** argv)
         fecha(janela);
     }
     const std::pair<QString, int> outras[] = {{janela::kCadAnalise, kAnalises}, {janela::kCadCli, kClientes},
-                                              {janela::kGrupCult, 0}};
+                                              {janela::kGrupCult, 0}, {janela::kTabelas, 52}};
     for (const auto& [nome, linhas] : outras)
         medidas.push_back(mede(QStringLiteral("open ") + nome, linhas, [&](int) { fecha(abre(janelas, nome)); }));
 
