@@ -5,6 +5,7 @@
 #include "app/windownames.h"
 #include "calc/crops.h"
 #include "exchange/xlsxfile.h"
+#include "store/changenotifier.h"
 #include "store/manualtables.h"
 #include "testsupport.h"
 #include "uitestsupport.h"
@@ -316,6 +317,8 @@ private Q_SLOTS:
 
     void theRowsOfTheLastCalculationAreShownWhereTheyAre()
     {
+        // What earlier cases wrote is told now, not to the windows of this one.
+        ChangeNotifier::instance().flush();
         UiHarness h;
         MachineLocale maquina(pointLocale());
         Session& s = h.session();
@@ -356,6 +359,20 @@ private Q_SLOTS:
         lista->setCurrentRow(static_cast<int>(usadas.indexOf(fosforo)));
         QCOMPARE(find<QComboBox>(w, QStringLiteral("cboTabela"))->currentData().toString(), fosforo.tabela);
         QCOMPARE(chaveEscolhida(w), fosforo.chave);
+
+        // A correction of a table the figures came from makes them stale; one of another table
+        // does not.
+        const auto necN = [&]() { return find<QLineEdit>(graos, QStringLiteral("txtNec_0"))->text(); };
+        QVERIFY(!necN().isEmpty());
+        const auto corrigeEm = [&](const QString& tabela, const QString& chave) {
+            const QList<manual::Correcao> volta{{tabela, chave, 1, h.scalar(QStringLiteral("SELECT RendRef FROM %1 WHERE Chave = '%2'").arg(tabela, chave)), 9.0}};
+            manual::corrige(s.db, volta, QStringLiteral("teste"));
+            ChangeNotifier::instance().flush();
+        };
+        corrigeEm(QStringLiteral("FORRAGN"), QStringLiteral("Sorgo silagem"));
+        QVERIFY(!necN().isEmpty());
+        corrigeEm(fosforo.tabela, fosforo.chave);
+        QVERIFY(necN().isEmpty());
 
         // The ornamentals are worked out without the tables.
         QWidget* ornam = h.open(janela::kOrnam);

@@ -9,6 +9,8 @@
 #include "messages.h"
 #include "windowregistry.h"
 
+#include <algorithm>
+
 #include <QAction>
 #include <QCloseEvent>
 #include <QMenuBar>
@@ -46,6 +48,11 @@ QMenuBar* criaMenusCalculo(QWidget* janela, Session& session, WindowRegistry& wi
     calc->setObjectName(QStringLiteral("mnuCalc"));
     QObject::connect(calc, &QAction::triggered, janela, []() { abreCalculadora(); });
     return menus;
+}
+
+bool leuTabela(const LinhasDoCalculo& linhas, const QString& tabela)
+{
+    return linhas && std::any_of(linhas->cbegin(), linhas->cend(), [&](const manual::LinhaUsada& u) { return u.tabela == tabela; });
 }
 
 QAction* adicionaLinhasUsadas(QMenuBar* menus, QWidget* janela, Session& session, WindowRegistry& windows,

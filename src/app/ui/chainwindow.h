@@ -57,6 +57,10 @@ auto anotandoLinhas(LinhasDoCalculo& destino, Calculo&& calculo) -> decltype(cal
     return calculo();
 }
 
+// Whether the last calculation read a row of that table, so that a correction of it makes the
+// figures on the screen stale.
+bool leuTabela(const LinhasDoCalculo& linhas, const QString& tabela);
+
 // "Linhas da tabela usadas" (mnuLinhasUsadas) on a step's menu bar: the window of the tables opens
 // on the rows of the last calculation, as linhas gives them when the command is chosen.
 QAction* adicionaLinhasUsadas(QMenuBar* menus, QWidget* janela, Session& session, WindowRegistry& windows,

@@ -1,5 +1,6 @@
 #include "cropwindow.h"
 
+
 #include "app/events.h"
 #include "app/navigation.h"
 #include "app/session.h"
@@ -10,6 +11,7 @@
 #include "app/ui/widgets.h"
 #include "app/ui/windowregistry.h"
 #include "app/windownames.h"
+#include "store/changenotifier.h"
 #include "store/storeerror.h"
 
 #include <QGridLayout>
@@ -36,6 +38,11 @@ CropWindow::CropWindow(
         culturaEscolhida(posicaoCultura());
     });
     connect(&m_session.eventos, &Eventos::necessidadeAjustada, this, &CropWindow::necessidadeAjustada);
+    // A figure read from a row the user has just corrected no longer stands.
+    connect(&ChangeNotifier::instance(), &ChangeNotifier::tableChanged, this, [this](const QString& tabela) {
+        if (leuTabela(m_linhasUsadas, tabela))
+            LimpaCalculo();
+    });
 }
 
 int CropWindow::posicaoCultura() const

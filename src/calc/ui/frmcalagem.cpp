@@ -11,6 +11,7 @@
 #include "calc/cropgroups.h"
 #include "calc/liming.h"
 #include "store/cursormodel.h"
+#include "store/changenotifier.h"
 #include "store/storeerror.h"
 #include "windows.h"
 
@@ -66,6 +67,11 @@ public:
         auto* layout = new QVBoxLayout(this);
         QMenuBar* menus = criaMenusCalculo(this, m_session, m_windows);
         adicionaLinhasUsadas(menus, this, m_session, m_windows, [this]() { return m_linhasUsadas; });
+        // A dose read from a row the user has just corrected no longer stands.
+        connect(&ChangeNotifier::instance(), &ChangeNotifier::tableChanged, this, [this](const QString& tabela) {
+            if (leuTabela(m_linhasUsadas, tabela))
+                limpaResultado();
+        });
         layout->setMenuBar(menus);
 
         auto* sistemaFrame = new QGroupBox(QStringLiteral("Selecione a cultura ou o sistema de cultivo"), this);
