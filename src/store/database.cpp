@@ -10,7 +10,6 @@
 
 #include <algorithm>
 
-#include <QCoreApplication>
 #include <QDate>
 #include <QDir>
 #include <QFile>
@@ -129,11 +128,6 @@ void loadTable(Connection& connection, const TableDef& table, const QString& fil
 }
 
 } // namespace
-
-QString defaultPath()
-{
-    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("Lavra.db"));
-}
 
 void createSchema(Connection& connection)
 {

@@ -10,9 +10,6 @@
 
 namespace lavra::database {
 
-// Where the program keeps its data: Lavra.db in the directory of the executable.
-QString defaultPath();
-
 // Makes a complete new database at path: every table and its starting rows, read from the data
 // files in dataDir. The file appears only when all of it is written, so a failure half-way leaves
 // no database behind. Throws StoreError.

@@ -1,9 +1,11 @@
+#include "app/ui/desktop.h"
 #include "app/ui/frmabertura.h"
 #include "app/ui/frmlavra.h"
 #include "app/ui/translations.h"
 #include "uitestsupport.h"
 
 #include <QAction>
+#include <QDir>
 #include <QLabel>
 #include <QPushButton>
 
@@ -83,6 +85,61 @@ private Q_SLOTS:
         QVERIFY(sobre && sobre->isVisible());
         click(sobre, QStringLiteral("Command1"));
         QTRY_VERIFY(!h.windows().window(QStringLiteral("frmSobre")));
+    }
+
+    // "Sobre" says which file the program works on: a portable and an installed copy differ.
+    void aboutShowsTheDatabaseInUse()
+    {
+        UiHarness h;
+        ui::FrmLavra* main = h.app().mostraJanelaPrincipal();
+        find<QAction>(main, QStringLiteral("mnuSob"))->trigger();
+        const QString texto = find<QLabel>(h.windows().window(QStringLiteral("frmSobre")), QStringLiteral("lblBanco"))->text();
+        QVERIFY2(texto.contains(QDir::toNativeSeparators(h.databasePath())), qPrintable(texto));
+    }
+
+    // The guide opens from the menu; a missing document, a desktop without a PDF viewer and one
+    // without a browser are each told, with where the document or the page is.
+    void helpAndWebPagesThatCannotOpenSaySo()
+    {
+        UiHarness h;
+        h.exec(QStringLiteral("INSERT INTO TecResp VALUES ('Ana Souza', 'Engenheira Agrônoma', '12345-D', 1)"));
+        ui::FrmLavra* main = h.app().mostraJanelaPrincipal();
+        QStringList abertos;
+        bool abre = true;
+        ui::setAbridorDeArquivos([&](const QString& caminho) {
+            abertos << caminho;
+            return abre;
+        });
+        const QDir pasta(QCoreApplication::applicationDirPath());
+
+        // The build writes the guide beside the program.
+        find<QAction>(main, QStringLiteral("mnuAjud"))->trigger();
+        QCOMPARE(abertos, QStringList{pasta.filePath(QStringLiteral("Tutorial Lavra.pdf"))});
+        QVERIFY(h.boxes.isEmpty());
+
+        abertos.clear();
+        ui::abreDocumento(main, QStringLiteral("Documento que não existe.pdf"));
+        QVERIFY(abertos.isEmpty());
+        QCOMPARE(h.boxes.size(), 1);
+        QVERIFY(h.boxes[0].texto.contains(QStringLiteral("não está instalado")));
+        QVERIFY(h.boxes[0].texto.contains(QDir::toNativeSeparators(pasta.path())));
+
+        abre = false;
+        h.clearBoxes();
+        find<QAction>(main, QStringLiteral("mnuAjud"))->trigger();
+        QCOMPARE(h.boxes.size(), 1);
+        QVERIFY(h.boxes[0].texto.contains(QStringLiteral("não há um programa para exibir arquivos PDF")));
+        QVERIFY(h.boxes[0].texto.contains(QDir::toNativeSeparators(abertos.last())));
+
+        abertos.clear();
+        h.clearBoxes();
+        click(main, QStringLiteral("cmdFertig"));
+        QCOMPARE(abertos.size(), 1);
+        QVERIFY(abertos[0].startsWith(QStringLiteral("https://")));
+        QCOMPARE(h.boxes.size(), 1);
+        QVERIFY(h.boxes[0].texto.contains(abertos[0]));
+
+        ui::setAbridorDeArquivos({});
     }
 
     void calcularClosesTheOpenChainAndClosingClosesEverything()

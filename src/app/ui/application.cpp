@@ -1,5 +1,6 @@
 #include "application.h"
 
+#include "app/locais.h"
 #include "app/startup.h"
 #include "app/windownames.h"
 #include "base/outcome.h"
@@ -13,12 +14,12 @@
 #include "plan/ui/windows.h"
 #include "registers/ui/windows.h"
 #include "report/ui/windows.h"
-#include "store/database.h"
 #include "store/storeerror.h"
 #include "tools/ui/windows.h"
 #include "translations.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QIcon>
 
 namespace lavra::ui {
@@ -60,12 +61,11 @@ QString resumoDaAtualizacao(const QString& texto)
 // The one place where every window of the program is made known by its name.
 void Aplicacao::registraJanelas()
 {
-    m_windows.registerWindow(janela::kSobre, criaFrmSobre);
-    m_windows.registerWindow(janela::kContatos, criaFrmContatos);
-
     const auto with = [this](QWidget* (*factory)(Session&, WindowRegistry&)) {
         return [this, factory]() { return factory(m_session, m_windows); };
     };
+    m_windows.registerWindow(janela::kSobre, with(criaFrmSobre));
+    m_windows.registerWindow(janela::kContatos, criaFrmContatos);
     m_windows.registerWindow(janela::kCadAnalise, with(criaFrmCadAnalise), Modo::Modal);
     m_windows.registerWindow(janela::kImportaAnalise, with(criaFrmImportaAnalise), Modo::Modal);
     m_windows.registerWindow(janela::kRelat, with(criaFrmRelat));
@@ -157,7 +157,15 @@ int executa(int argc, char** argv)
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/art/lavra-icon.svg")));
     carregaTraducoes();
 
-    std::unique_ptr<Aplicacao> lavra = abrePrograma(database::defaultPath());
+    QGuiApplication::setDesktopFileName(QStringLiteral("br.agr.lavra.Lavra"));
+    const QString banco = locais::bancoPadrao();
+    if (banco.isEmpty()) {
+        critico(nullptr, QStringLiteral("Não foi possível criar a pasta do banco de dados em %1.\n\nVerifique se há espaço "
+                                        "no disco e permissão de escrita na sua pasta pessoal.")
+                             .arg(QDir::toNativeSeparators(locais::localAtual().pastaDeDados)));
+        return 1;
+    }
+    std::unique_ptr<Aplicacao> lavra = abrePrograma(banco);
     if (!lavra)
         return 1;
 

@@ -1,6 +1,6 @@
 #include "desktop.h"
 
-#include "base/outcome.h"
+#include "app/locais.h"
 #include "messages.h"
 
 #include <QCoreApplication>
@@ -13,33 +13,19 @@
 
 namespace lavra::ui {
 
-void abreExterno(const QString& endereco)
-{
-    const QUrl url = endereco.contains(QLatin1String("://")) ? QUrl(endereco) : QUrl::fromLocalFile(endereco);
-    QDesktopServices::openUrl(url);
-}
-
-void abreDocumento(QWidget* parent, const QString& arquivo)
-{
-    const QString caminho = QDir(QCoreApplication::applicationDirPath()).filePath(arquivo);
-    if (!QFileInfo::exists(caminho)) {
-        mostra(parent, Desfecho::informacao(QStringLiteral("O documento \"%1\" não está instalado junto com o programa.\n\n"
-                                          "Ele deveria estar na pasta %2.")
-                               .arg(arquivo, QDir::toNativeSeparators(QCoreApplication::applicationDirPath()))));
-        return;
-    }
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(caminho)))
-        mostra(parent, Desfecho::informacao(QStringLiteral("Não foi possível abrir o documento \"%1\": não há um programa para "
-                                          "exibir arquivos PDF neste computador.")
-                               .arg(arquivo)));
-}
-
 namespace {
+
 std::function<bool(const QString&)>& abridorDeArquivos()
 {
     static std::function<bool(const QString&)> abridor;
     return abridor;
 }
+
+bool abre(const QString& arquivoOuEndereco, const QUrl& url)
+{
+    return abridorDeArquivos() ? abridorDeArquivos()(arquivoOuEndereco) : QDesktopServices::openUrl(url);
+}
+
 } // namespace
 
 void setAbridorDeArquivos(std::function<bool(const QString& caminho)> abridor)
@@ -47,11 +33,35 @@ void setAbridorDeArquivos(std::function<bool(const QString& caminho)> abridor)
     abridorDeArquivos() = std::move(abridor);
 }
 
+void abreExterno(QWidget* parent, const QString& endereco)
+{
+    if (!abre(endereco, QUrl(endereco)))
+        informacao(parent, QStringLiteral("Não foi possível abrir o endereço abaixo: este computador não tem um programa "
+                                          "configurado para abri-lo. Copie-o para o seu navegador ou programa de "
+                                          "e-mail.\n\n%1")
+                               .arg(endereco));
+}
+
+void abreDocumento(QWidget* parent, const QString& arquivo)
+{
+    const locais::Local local = locais::localAtual();
+    const QString caminho = locais::caminhoDoDocumento(local, arquivo);
+    if (!QFileInfo::exists(caminho)) {
+        const QString pasta = local.pastaInstalada.isEmpty() ? local.pastaDoPrograma : local.pastaInstalada;
+        informacao(parent, QStringLiteral("O documento \"%1\" não está instalado junto com o programa.\n\n"
+                                          "Ele deveria estar na pasta %2.")
+                               .arg(arquivo, QDir::toNativeSeparators(pasta)));
+        return;
+    }
+    if (!abre(caminho, QUrl::fromLocalFile(caminho)))
+        informacao(parent, QStringLiteral("Não foi possível abrir o documento \"%1\": não há um programa para exibir "
+                                          "arquivos PDF neste computador.\n\nO documento está em %2.")
+                               .arg(arquivo, QDir::toNativeSeparators(caminho)));
+}
+
 void mostraArquivo(QWidget* parent, const QString& caminho)
 {
-    const bool aberto = abridorDeArquivos() ? abridorDeArquivos()(caminho)
-                                            : QDesktopServices::openUrl(QUrl::fromLocalFile(caminho));
-    if (!aberto)
+    if (!abre(caminho, QUrl::fromLocalFile(caminho)))
         informacao(parent, QStringLiteral("O arquivo foi gravado em %1, mas não há neste computador um programa "
                                           "para abri-lo.")
                                .arg(QDir::toNativeSeparators(caminho)));

@@ -160,7 +160,7 @@ QWidget* FrmLavra::criaComandos()
     update->setObjectName(QStringLiteral("cmdFertig"));
     textoNormal(update);
     update->setMinimumHeight(32);
-    connect(update, &QPushButton::clicked, this, []() { abreExterno(kPaginaAtualizacao); });
+    connect(update, &QPushButton::clicked, this, [this]() { abreExterno(this, kPaginaAtualizacao); });
     grid->addWidget(update, 1 + index / 2, index % 2);
     return box;
 }
@@ -262,8 +262,8 @@ void FrmLavra::criaMenus()
     addAction(ajuda, QStringLiteral("mnuAjud"), QStringLiteral("Ajuda do Lavra"), [this]() {
         abreDocumento(this, kTutorial);
     });
-    addAction(ajuda, QStringLiteral("artigoQRT"), QStringLiteral("Artigo do Lavra QRT"), []() { abreExterno(kArtigoQRT); });
-    addAction(ajuda, QStringLiteral("artigo2_0"), QStringLiteral("Artigo do Lavra 2.0"), []() { abreExterno(kArtigo20); });
+    addAction(ajuda, QStringLiteral("artigoQRT"), QStringLiteral("Artigo do Lavra QRT"), [this]() { abreExterno(this, kArtigoQRT); });
+    addAction(ajuda, QStringLiteral("artigo2_0"), QStringLiteral("Artigo do Lavra 2.0"), [this]() { abreExterno(this, kArtigo20); });
     ajuda->addSeparator();
     addAction(ajuda, QStringLiteral("mnuSob"), QStringLiteral("Sobre o Lavra"), opens(janela::kSobre));
     addAction(ajuda, QStringLiteral("mnuContato"), QStringLiteral("Contatos"), opens(janela::kContatos));
@@ -325,7 +325,7 @@ bool FrmLavra::eventFilter(QObject* watched, QEvent* event)
         else if (watched == m_frame2)
             destacaCadastro(false);
     } else if (event->type() == QEvent::MouseButtonRelease && watched == m_lblCad) {
-        abreExterno(kPaginaCadastro);
+        abreExterno(this, kPaginaCadastro);
         return true;
     }
     return QMainWindow::eventFilter(watched, event);

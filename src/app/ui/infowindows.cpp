@@ -1,9 +1,12 @@
 #include "infowindows.h"
 
 #include "buttons.h"
+#include "app/session.h"
 #include "links.h"
 
 #include <QDialogButtonBox>
+#include <QDir>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -24,7 +27,7 @@ void adicionaFechar(QWidget* window, QVBoxLayout* layout, const QString& name)
 
 } // namespace
 
-QWidget* criaFrmSobre()
+QWidget* criaFrmSobre(Session& session, WindowRegistry&)
 {
     auto* window = new QWidget(nullptr, Qt::Dialog);
     window->setWindowTitle(QStringLiteral("Sobre o Lavra"));
@@ -49,8 +52,18 @@ QWidget* criaFrmSobre()
     top->addWidget(text, 1);
     layout->addLayout(top);
 
+    // Where the data is, for a copy or for support: it differs between a portable and an
+    // installed program.
+    auto* banco = new QLabel(QStringLiteral("Banco de dados em uso: %1")
+                                 .arg(QDir::toNativeSeparators(QFileInfo(session.db.strConn).absoluteFilePath())),
+                             window);
+    banco->setObjectName(QStringLiteral("lblBanco"));
+    banco->setWordWrap(true);
+    banco->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    layout->addWidget(banco);
+
     adicionaFechar(window, layout, QStringLiteral("Command1"));
-    window->resize(460, 240);
+    window->resize(460, 260);
     return window;
 }
 
