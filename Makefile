@@ -4,7 +4,7 @@ JOBS ?= 2
 
 PACKAGES := cmake g++ make pkg-config qt6-base-dev libqt6sql6-sqlite qt6-charts-dev qt6-svg-dev \
 	libxlsxwriter-dev libfreexl-dev libgsf-1-dev liborcus-dev libsqlite3-dev zlib1g-dev xlsx2csv libgtest-dev fonts-liberation \
-	xvfb xauth sqlite3 poppler-utils qt6-translations-l10n
+	xvfb xauth sqlite3 poppler-utils qt6-translations-l10n dpkg-dev desktop-file-utils appstream x11-utils
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
@@ -20,7 +20,7 @@ FUZZ_FORMATS := xlsx ods xls
 # allocation or a slow file there is survived, not a finding. The RSS limit still holds.
 FUZZ_FLAGS_xls := -malloc_limit_mb=1048576 -timeout=130
 
-.PHONY: deps configure build run test bench clean fuzz-deps fuzz
+.PHONY: deps configure build run test package package-test bench clean fuzz-deps fuzz
 
 deps:
 	@missing=$$(for p in $(PACKAGES); do dpkg-query -W -f='$${Status}\n' $$p 2>/dev/null | grep -q 'install ok installed' || echo $$p; done); \
@@ -45,6 +45,16 @@ run: build
 
 test: build
 	cd $(BUILD_DIR) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j$(JOBS)
+
+# The .deb of the program, its documents, menu entry and description, in $(BUILD_DIR).
+package: build
+	rm -f $(BUILD_DIR)/lavra_*.deb
+	cd $(BUILD_DIR) && cpack -G DEB
+
+# Installs that package on this machine, starts it under a virtual display as an ordinary user and
+# as root, checks the database and the main window, and removes it again.
+package-test: package
+	./packaging/testa-pacote.sh $(BUILD_DIR)
 
 # Times the operations a user waits on against a large generated database.
 bench: build
