@@ -6,6 +6,8 @@
 
 #include <QAction>
 #include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QLabel>
 #include <QPushButton>
 
@@ -140,6 +142,36 @@ private Q_SLOTS:
         QVERIFY(h.boxes[0].texto.contains(abertos[0]));
 
         ui::setAbridorDeArquivos({});
+    }
+
+    // The desktop's opener starts, then finds no program: its exit status is what tells.
+    void aDesktopOpenerThatGivesUpIsTold()
+    {
+        UiHarness h;
+        h.exec(QStringLiteral("INSERT INTO TecResp VALUES ('Ana Souza', 'Engenheira Agrônoma', '12345-D', 1)"));
+        ui::FrmLavra* main = h.app().mostraJanelaPrincipal();
+        QTemporaryDir pasta;
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", pasta.path().toLocal8Bit() + ':' + path);
+        const auto opener = [&pasta](int codigo) {
+            QFile script(pasta.filePath(QStringLiteral("xdg-open")));
+            QVERIFY(script.open(QIODevice::WriteOnly));
+            script.write(QStringLiteral("#!/bin/sh\nexit %1\n").arg(codigo).toLatin1());
+            script.close();
+            script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        };
+
+        opener(3);
+        ui::abreExterno(main, QStringLiteral("https://www.lavra.agr.br"));
+        QTRY_COMPARE(h.boxes.size(), 1);
+        QVERIFY(h.boxes[0].texto.contains(QStringLiteral("https://www.lavra.agr.br")));
+
+        opener(0);
+        h.clearBoxes();
+        ui::abreExterno(main, QStringLiteral("https://www.lavra.agr.br"));
+        QTest::qWait(300);
+        QVERIFY(h.boxes.isEmpty());
+        qputenv("PATH", path);
     }
 
     void calcularClosesTheOpenChainAndClosingClosesEverything()

@@ -7,6 +7,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
+#include <QPointer>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QUrl>
@@ -21,9 +22,39 @@ std::function<bool(const QString&)>& abridorDeArquivos()
     return abridor;
 }
 
-bool abre(const QString& arquivoOuEndereco, const QUrl& url)
+// Hands the file or page to the desktop and calls naoAbriu when it could not be opened, at once or
+// when the desktop's opener gives up. Qt reports success as soon as xdg-open starts, even when it
+// then finds no program for the file, so on such desktops xdg-open is run here and its exit status
+// read. Its process is not deleted at exit: xdg-open may be waiting on the viewer it started.
+void abre(QWidget* parent, const QString& arquivoOuEndereco, const QUrl& url,
+          std::function<void(QWidget*)> naoAbriu)
 {
-    return abridorDeArquivos() ? abridorDeArquivos()(arquivoOuEndereco) : QDesktopServices::openUrl(url);
+    if (abridorDeArquivos()) {
+        if (!abridorDeArquivos()(arquivoOuEndereco))
+            naoAbriu(parent);
+        return;
+    }
+    const QString xdgOpen = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+    if (xdgOpen.isEmpty()) {
+        if (!QDesktopServices::openUrl(url))
+            naoAbriu(parent);
+        return;
+    }
+    auto* processo = new QProcess;
+    processo->setProcessChannelMode(QProcess::ForwardedChannels);
+    const QPointer<QWidget> janela(parent);
+    QObject::connect(processo, &QProcess::finished, processo, [processo, janela, naoAbriu](int codigo, QProcess::ExitStatus estado) {
+        if (estado != QProcess::NormalExit || codigo != 0)
+            naoAbriu(janela.data());
+        processo->deleteLater();
+    });
+    QObject::connect(processo, &QProcess::errorOccurred, processo, [processo, janela, naoAbriu](QProcess::ProcessError erro) {
+        if (erro == QProcess::FailedToStart) {
+            naoAbriu(janela.data());
+            processo->deleteLater();
+        }
+    });
+    processo->start(xdgOpen, {url.toString(QUrl::FullyEncoded)});
 }
 
 } // namespace
@@ -35,11 +66,12 @@ void setAbridorDeArquivos(std::function<bool(const QString& caminho)> abridor)
 
 void abreExterno(QWidget* parent, const QString& endereco)
 {
-    if (!abre(endereco, QUrl(endereco)))
-        informacao(parent, QStringLiteral("Não foi possível abrir o endereço abaixo: este computador não tem um programa "
+    abre(parent, endereco, QUrl(endereco), [endereco](QWidget* janela) {
+        informacao(janela, QStringLiteral("Não foi possível abrir o endereço abaixo: este computador não tem um programa "
                                           "configurado para abri-lo. Copie-o para o seu navegador ou programa de "
                                           "e-mail.\n\n%1")
                                .arg(endereco));
+    });
 }
 
 void abreDocumento(QWidget* parent, const QString& arquivo)
@@ -53,18 +85,20 @@ void abreDocumento(QWidget* parent, const QString& arquivo)
                                .arg(arquivo, QDir::toNativeSeparators(pasta)));
         return;
     }
-    if (!abre(caminho, QUrl::fromLocalFile(caminho)))
-        informacao(parent, QStringLiteral("Não foi possível abrir o documento \"%1\": não há um programa para exibir "
+    abre(parent, caminho, QUrl::fromLocalFile(caminho), [arquivo, caminho](QWidget* janela) {
+        informacao(janela, QStringLiteral("Não foi possível abrir o documento \"%1\": não há um programa para exibir "
                                           "arquivos PDF neste computador.\n\nO documento está em %2.")
                                .arg(arquivo, QDir::toNativeSeparators(caminho)));
+    });
 }
 
 void mostraArquivo(QWidget* parent, const QString& caminho)
 {
-    if (!abre(caminho, QUrl::fromLocalFile(caminho)))
-        informacao(parent, QStringLiteral("O arquivo foi gravado em %1, mas não há neste computador um programa "
+    abre(parent, caminho, QUrl::fromLocalFile(caminho), [caminho](QWidget* janela) {
+        informacao(janela, QStringLiteral("O arquivo foi gravado em %1, mas não há neste computador um programa "
                                           "para abri-lo.")
                                .arg(QDir::toNativeSeparators(caminho)));
+    });
 }
 
 void abreCalculadora()
