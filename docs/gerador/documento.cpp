@@ -104,6 +104,8 @@ void formata(QTextDocument& doc, const Pagina& pagina, const QString& pastaBase)
             sobre.setPosition(fragmento.position() + fragmento.length(), QTextCursor::KeepAnchor);
             sobre.setCharFormat(imagem);
             formato.setAlignment(Qt::AlignHCenter);
+            // The extra leading of text would add a fifth of the picture's height under it.
+            formato.setLineHeight(100, QTextBlockFormat::ProportionalHeight);
             formato.setBottomMargin(mm(1.5));
             formato.setTopMargin(mm(2));
             QTextCursor(bloco).setBlockFormat(formato);
