@@ -52,6 +52,12 @@ QTextCursor seleciona(const QTextBlock& bloco)
     return cursor;
 }
 
+// A block of code, as the Markdown reader marks it.
+bool ehCodigo(const QTextBlockFormat& formato)
+{
+    return formato.hasProperty(QTextFormat::BlockCodeLanguage) || formato.hasProperty(QTextFormat::BlockCodeFence);
+}
+
 struct Pagina {
     QSizeF corpo;     // where the text goes, in dots
     double topo = 0;  // height of the header above it
@@ -78,6 +84,15 @@ void formata(QTextDocument& doc, const Pagina& pagina, const QString& pastaBase)
             formato.setBottomMargin(mm(nivel == 1 ? 6 : 2));
             if (nivel == 1)
                 formato.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+            QTextCursor(bloco).setBlockFormat(formato);
+            continue;
+        }
+        // A command to type: on a grey band, set in a little.
+        if (ehCodigo(formato)) {
+            formato.setBackground(QColor(0xf0, 0xf0, 0xf0));
+            formato.setLeftMargin(mm(4));
+            formato.setTopMargin(mm(1));
+            formato.setBottomMargin(mm(3));
             QTextCursor(bloco).setBlockFormat(formato);
             continue;
         }
