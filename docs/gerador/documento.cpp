@@ -231,14 +231,13 @@ Montagem monta(const Texto& texto, const Opcoes& opcoes, QPaintDevice* dispositi
     for (const Figura& figura : texto.figuras)
         doc.addResource(QTextDocument::ImageResource, QUrl(figura.arquivo),
                         QImage(QDir(opcoes.pastaBase).filePath(figura.arquivo)));
-    doc.documentLayout()->setPaintDevice(dispositivo);
-    doc.setDocumentMargin(0);
-    doc.setPageSize(pagina.corpo);
+    // Formatted before it has a layout: with one, every change of a format lays out again.
     formata(doc, pagina, opcoes.pastaBase);
     if (opcoes.sumario)
         insereSumario(doc, sumario, pagina);
-    // Formatting block by block leaves some list items without a layout; lay out everything anew.
-    doc.markContentsDirty(0, doc.characterCount());
+    doc.setDocumentMargin(0);
+    doc.documentLayout()->setPaintDevice(dispositivo);
+    doc.setPageSize(pagina.corpo);
     // Laying out gives every block its page.
     doc.documentLayout()->documentSize();
     for (QTextBlock bloco = doc.begin(); bloco.isValid(); bloco = bloco.next()) {
